@@ -1,0 +1,85 @@
+#include "app/desktop.h"
+
+#include <GL/glx.h>
+#include <X11/Xlib.h>
+#include <linux/close_range.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string>
+
+namespace {
+
+/// Returns the connection that the window was made on, so that the program keeps to one; null before there is a window.
+Display* WindowConnection() { return glXGetCurrentDisplay(); }
+
+/// Returns whether the GLX of the window's screen names an extension.
+bool HasGlxExtension(Display* display, const char* name) {
+    const char* names = glXQueryExtensionsString(display, DefaultScreen(display));
+    return names != nullptr && (" " + std::string(names) + " ").find(" " + std::string(name) + " ") != std::string::npos;
+}
+
+template <typename Function>
+Function GlxFunction(const char* name) {
+    return reinterpret_cast<Function>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name)));
+}
+
+/// Returns the text as one word of a shell command, whatever characters it has.
+std::string ShellQuoted(const char* text) {
+    std::string quoted = "'";
+    for (const char* c = text; *c != '\0'; ++c) quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
+    return quoted + "'";
+}
+
+}  // namespace
+
+ScreenPoint GlobalPointer() {
+    ScreenPoint point;
+    Display* display = WindowConnection();
+    if (display == nullptr) return point;
+    Window root = 0;
+    Window child = 0;
+    int window_x = 0;
+    int window_y = 0;
+    unsigned int buttons = 0;
+    XQueryPointer(display, DefaultRootWindow(display), &root, &child, &point.x, &point.y, &window_x, &window_y, &buttons);
+    return point;
+}
+
+std::uint64_t MonotonicNanoseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
+void OpenWebAddress(const char* address) {
+    // The browser inherits nothing of ours: neither the window's connection nor a lock that we hold.
+    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    // In the background, because a browser that stays in the foreground must not freeze the owl.
+    const std::string command = "xdg-open " + ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
+    if (std::system(command.c_str()) != 0) return;  // no browser: nothing is shown
+}
+
+void ResetMouse() {
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    XWarpPointer(display, None, DefaultRootWindow(display), 0, 0, 0, 0, 400, 300);
+    XFlush(display);
+}
+
+void SetSwapInterval(int refreshes) {
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    if (HasGlxExtension(display, "GLX_EXT_swap_control")) {
+        const auto set = GlxFunction<PFNGLXSWAPINTERVALEXTPROC>("glXSwapIntervalEXT");
+        set(display, glXGetCurrentDrawable(), refreshes);
+    } else if (HasGlxExtension(display, "GLX_MESA_swap_control")) {
+        const auto set = GlxFunction<PFNGLXSWAPINTERVALMESAPROC>("glXSwapIntervalMESA");
+        set(static_cast<unsigned int>(refreshes));
+    } else if (HasGlxExtension(display, "GLX_SGI_swap_control") && refreshes > 0) {
+        const auto set = GlxFunction<PFNGLXSWAPINTERVALSGIPROC>("glXSwapIntervalSGI");
+        set(refreshes);
+    }
+}

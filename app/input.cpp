@@ -1,0 +1,80 @@
+#include "app/input.h"
+
+#include <GL/freeglut.h>
+
+#include <algorithm>
+#include <iterator>
+
+float touch_coord_x = 0;
+float touch_coord_y = 0;
+bool single_touch = false;
+bool touch_event = false;
+bool key_state[256] = {};
+
+namespace {
+
+bool invio_pressed = false;
+
+constexpr unsigned char kEnter = 13;
+
+void SetKey(int key, bool pressed) {
+    if (key < 0 || key >= static_cast<int>(std::size(key_state))) return;
+    key_state[key] = pressed;
+}
+
+}  // namespace
+
+void mouse(int x, int y) {
+    touch_coord_x = static_cast<float>(x);
+    touch_coord_y = static_cast<float>(y);
+}
+
+void mouse_event(int button, int state, int /*x*/, int /*y*/) {
+    if (button != GLUT_LEFT_BUTTON) return;
+    single_touch = touch_event = state == GLUT_DOWN;
+}
+
+void keyboard_down(int key, int /*x*/, int /*y*/) { SetKey(key, true); }
+
+void keyboard_up(int key, int /*x*/, int /*y*/) { SetKey(key, false); }
+
+void keyboard(unsigned char key, int /*x*/, int /*y*/) {
+    if (key == kEnter) invio_pressed = true;
+}
+
+void reset_keys_state() { std::fill(std::begin(key_state), std::end(key_state), false); }
+
+void ResetFrameInput() {
+    single_touch = false;
+    invio_pressed = false;
+    reset_keys_state();
+}
+
+void reshape(int w, int h) {
+    glViewport(0, 0, w, h);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    gluPerspective(45.0, static_cast<float>(w) / static_cast<float>(std::max(h, 1)), 1.0, 99.0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+}
+
+vector3f GetOGLPos(int x, int y) {
+    GLdouble model_view[16];
+    GLdouble projection[16];
+    GLint viewport[4];
+    glGetDoublev(GL_MODELVIEW_MATRIX, model_view);
+    glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    glGetIntegerv(GL_VIEWPORT, viewport);
+
+    const auto win_x = static_cast<float>(x);
+    const float win_y = static_cast<float>(viewport[3]) - static_cast<float>(y);
+    float depth = 0.5F;  // stays so where there is no depth buffer to read
+    glReadPixels(x, static_cast<int>(win_y), 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
+
+    GLdouble px = 0;
+    GLdouble py = 0;
+    GLdouble pz = 0;
+    gluUnProject(win_x, win_y, depth, model_view, projection, viewport, &px, &py, &pz);
+    return {static_cast<float>(px), static_cast<float>(py), static_cast<float>(pz)};
+}

@@ -1,0 +1,38 @@
+// The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the callbacks.
+#include <AL/alc.h>
+#include <GL/freeglut.h>
+
+#include <cstdlib>
+#include <ctime>
+
+#include "app/input.h"
+#include "app/shell.h"
+#include "app/window.h"
+
+int main(int argc, char** argv) {
+    glutInit(&argc, argv);
+    glutInitDisplayMode(GLUT_DOUBLE);
+    glutCreateWindow("Ulmaro Assistant");
+    std::srand(static_cast<unsigned int>(std::time(nullptr)));
+
+    // Meant to come after the window: they leave it where and as large as GLUT made it, 300 x 300.
+    glutInitWindowSize(300, 300);
+    glutInitWindowPosition((glutGet(GLUT_SCREEN_WIDTH) - 300) / 2, (glutGet(GLUT_SCREEN_HEIGHT) - 300) / 2);
+
+    ALCdevice* device = alcOpenDevice(nullptr);
+    ALCcontext* context = alcCreateContext(device, nullptr);
+    alcMakeContextCurrent(context);
+
+    init();
+
+    glutDisplayFunc(display);
+    glutReshapeFunc(reshape);
+    glutSpecialFunc(keyboard_down);
+    glutSpecialUpFunc(keyboard_up);
+    glutMouseFunc(mouse_event);
+    glutPassiveMotionFunc(mouse);
+    glutMotionFunc(mouse);
+    KeepFramesComing(display);
+    glutMainLoop();
+    return 0;
+}

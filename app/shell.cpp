@@ -1,0 +1,105 @@
+#include "app/shell.h"
+
+#include <GL/freeglut.h>
+
+#include <cstdint>
+
+#include "app/character.h"
+#include "app/desktop.h"
+#include "app/input.h"
+#include "app/textures.h"
+#include "app/window.h"
+#include "engine/MotionBlur.h"
+#include "engine/WindowMetrics.h"
+
+float global_time = 0;
+int menu_case_id = -1;
+bool enable_sfx = true;
+std::tm frame_time = {};
+
+namespace {
+
+/// A longer frame was a stall; the frame after it advances no timer.
+constexpr float kLongestFrameSeconds = 0.25F;
+
+void TakeLocalTime() {
+    const std::time_t now = std::time(nullptr);
+    if (const std::tm* local = std::localtime(&now)) frame_time = *local;
+}
+
+void ClearFrame() {
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+void EnterCanvas() {
+    glLoadIdentity();
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0, 512, 0, 512, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+    glPushMatrix();
+    glEnable(GL_TEXTURE_2D);
+}
+
+void LeaveCanvas() {
+    glPopMatrix();
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+}
+
+/// Draws the panel picture of the open screen. A waiting quiz offer is dropped as soon as a panel is open.
+void DrawPanel() {
+    glBindTexture(GL_TEXTURE_2D, GUI[menu_case_id]);
+    spawn_question = false;
+    RenderOnViewport();
+}
+
+void AdvanceClock() {
+    GetGlobalTime(global_time);
+    if (global_time > kLongestFrameSeconds) global_time = 0;
+}
+
+}  // namespace
+
+void init() {
+    glShadeModel(GL_SMOOTH);
+    glClearColor(0.5F, 0.5F, 0.5F, 1.0F);
+    glClearDepth(1.0);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LEQUAL);
+    glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST);
+    glEnable(GL_TEXTURE_2D);
+    LoadTextures();
+}
+
+void display() {
+    ForgetWindowMetrics();
+    TakeLocalTime();
+    ClearFrame();
+    EnterCanvas();
+    if (menu_case_id < 0) {
+        Render();
+    } else {
+        DrawPanel();
+    }
+    LeaveCanvas();
+    PresentFrame();
+    AdvanceClock();
+    ResetFrameInput();
+    glutPostRedisplay();
+}
+
+void GetGlobalTime(float& dt) {
+    static std::uint32_t last = 0;
+    const auto now = static_cast<std::uint32_t>(MonotonicNanoseconds());
+    const auto elapsed = static_cast<std::int32_t>(now - last);
+    dt = static_cast<float>(elapsed / 1'000'000'000.0);
+    if (dt < 0) dt = 0;
+    last = now;
+}

@@ -1,0 +1,151 @@
+#include "app/textures.h"
+
+#include <GL/gl.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
+unsigned int owl[3];
+unsigned int owl_ce[3];
+unsigned int font;
+unsigned int button[2];
+unsigned int button_close, button_add, button_trash, button_check, button_arrow_u, button_arrow_d;
+unsigned int icns[9];
+unsigned int GUI[4];
+unsigned int notify_circle;
+
+namespace {
+
+/// Whether texture coordinates beyond the edge repeat the picture (GL's default) or stay at its edge.
+enum class Wrap { kRepeat, kClamp };
+
+struct RawTexture {
+    const char* file;
+    unsigned int* name;
+    Wrap wrap = Wrap::kRepeat;
+};
+
+/// How the files of the numbered icons are called; they count from 1.
+constexpr char kIconFile[] = "ic%d";
+
+/// The pictures in loading order. A row whose file is kIconFile stands for all of icns.
+constexpr RawTexture kTextures[] = {
+    {"font", &font, Wrap::kClamp},
+    {"background", &background},
+    {"eye_left", &eye_l},
+    {"eye_right", &eye_r},
+    {"hat", &hat},
+    {"sleep", &owl[2]},
+    {"sleep_close_eyes", &owl_ce[2]},
+    {"stand_01", &owl[0]},
+    {"stand_01_close_eyes", &owl_ce[0]},
+    {"stand_02", &owl[1]},
+    {"stand_02_close_eyes", &owl_ce[1]},
+    {"tree", &tree},
+    {"cloud", &cloud},
+    {"circle", &circle},
+    {"button_uncheck", &button[0]},
+    {"button_check", &button[1]},
+    {"close", &button_close},
+    {"add", &button_add},
+    {"trash", &button_trash},
+    {"check", &button_check},  // not "button_check": that file is the checked box
+    {"arrow_up", &button_arrow_u},
+    {"arrow_down", &button_arrow_d},
+    {kIconFile, icns},
+    {"GUI_01", &GUI[0]},
+    {"GUI_02", &GUI[1]},
+    {"GUI_03", &GUI[3]},
+    {"notify", &notify_circle},
+};
+
+constexpr std::uint64_t kHeaderBytes = 8;
+constexpr std::uint64_t kPixelBytes = 4;
+
+struct RawImage {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::vector<std::uint8_t> pixels;
+};
+
+/// Reads the file's bytes after checking its sizes against its length. Returns null, or the reason why it is not
+/// a picture.
+const char* ReadPixels(std::FILE* file, std::uint64_t length, RawImage& image) {
+    if (std::fread(&image.width, sizeof image.width, 1, file) != 1) return "il file e' troncato";
+    if (std::fread(&image.height, sizeof image.height, 1, file) != 1) return "il file e' troncato";
+
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    const auto limit = static_cast<std::uint32_t>(largest);
+    if (image.width == 0 || image.height == 0) return "le sue misure sono zero";
+    if (image.width > limit || image.height > limit) return "le sue misure sono troppo grandi";
+
+    const std::uint64_t bytes = std::uint64_t{image.width} * image.height * kPixelBytes;
+    if (length < kHeaderBytes + bytes) return "il file e' troncato";
+    if (length > kHeaderBytes + bytes) return "le sue misure non corrispondono alla lunghezza del file";
+    image.pixels.resize(bytes);
+    if (std::fread(image.pixels.data(), 1, bytes, file) != bytes) return "non si riesce a leggerlo";
+    return nullptr;
+}
+
+/// Reads a raw texture file. Returns null, or the reason why it cannot be used.
+const char* ReadRawImage(const char* path, RawImage& image) {
+    struct stat status {};
+    if (stat(path, &status) != 0) return "il file non c'e'";
+    if (!S_ISREG(status.st_mode)) return "non e' un file";
+    std::FILE* file = std::fopen(path, "rb");
+    if (file == nullptr) return "non si riesce ad aprirlo";
+    const char* reason = ReadPixels(file, static_cast<std::uint64_t>(status.st_size), image);
+    std::fclose(file);
+    return reason;
+}
+
+/// Makes a texture from a raw file; `name` is written only when the picture is whole.
+void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    if (wrap == Wrap::kClamp) {
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
+    }
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+
+    RawImage image;
+    if (const char* reason = ReadRawImage(path, image)) {
+        glDeleteTextures(1, &texture);
+        std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
+        std::exit(EXIT_FAILURE);
+    }
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width), static_cast<GLsizei>(image.height),
+                 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
+    name = texture;
+}
+
+void LoadIcons() {
+    int number = 1;
+    for (unsigned int& icon : icns) {
+        std::array<char, 128> path{};
+        std::snprintf(path.data(), path.size(), kIconFile, number++);
+        LoadRawTexture(path.data(), icon, Wrap::kRepeat);
+    }
+}
+
+}  // namespace
+
+void LoadTextures() {
+    for (const RawTexture& texture : kTextures) {
+        if (texture.file == kIconFile) {
+            LoadIcons();
+        } else {
+            LoadRawTexture(texture.file, *texture.name, texture.wrap);
+        }
+    }
+    GUI[2] = GUI[1];
+}

@@ -1,0 +1,34 @@
+#include "engine/WindowMetrics.h"
+
+#include <GL/freeglut.h>
+
+#include <optional>
+
+namespace {
+
+/// One number of the window and what GLUT calls it.
+struct Metric {
+    GLenum question;
+    std::optional<int> answer;
+
+    int Get() {
+        if (!answer) answer = glutGet(question);
+        return *answer;
+    }
+};
+
+Metric width{GLUT_WINDOW_WIDTH, {}};
+Metric height{GLUT_WINDOW_HEIGHT, {}};
+Metric left{GLUT_WINDOW_X, {}};
+Metric top{GLUT_WINDOW_Y, {}};
+
+}  // namespace
+
+int WindowWidth() { return width.Get(); }
+int WindowHeight() { return height.Get(); }
+int WindowX() { return left.Get(); }
+int WindowY() { return top.Get(); }
+
+void ForgetWindowMetrics() {
+    for (Metric* metric : {&width, &height, &left, &top}) metric->answer.reset();
+}
