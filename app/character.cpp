@@ -26,8 +26,8 @@ namespace {
 /// The owl's frame on the canvas: the middle of its pictures, canvas units.
 const vector3f kOwlOrigin(271, 265, 0);
 
-/// Added to a point of the owl's frame to get the point that eyes and waking go by. Meant to be 4 units right of the
-/// owl's origin.
+/// Added to a point of the owl's frame to get the point that eyes and waking go by. Meant to be 4 units right
+/// of the owl's origin.
 const vector3f kPointerOrigin(275, 265, 0);
 
 // Where the eyes look from, canvas units.
@@ -37,8 +37,8 @@ const vector3f kRightEye(287.52F, 389.804F, 0);
 constexpr float kPictureEdge = 500;  ///< the owl's pictures are drawn this large, canvas units
 constexpr float kHatHeight = 490;
 
-/// The animation clock starts again after this many seconds, a whole number of periods of all that swings by it. So
-/// nothing jumps, and the clock keeps its resolution however long the program runs.
+/// The animation clock starts again after this many seconds, a whole number of periods of all that swings by
+/// it. So nothing jumps, and the clock keeps its resolution however long the program runs.
 constexpr float kAnimationClockSeconds = 628.31853F;
 
 /// What one frame of the owl works out for itself.
@@ -49,7 +49,8 @@ struct OwlFrame {
     bool eyes_centred = false;  ///< the owl looks straight ahead
 };
 
-// ---- Timers ---------------------------------------------------------------------------------------------------------
+// ---- Timers
+// ---------------------------------------------------------------------------------------------------------
 
 void DrawFirstDelays() {
     if (character.drawn_delays) return;
@@ -73,8 +74,8 @@ float Breathe() {
     return 3 * std::sin(2 * character.bt);
 }
 
-/// Returns the pupil's offset for an eye that looks at the pointer. Offsets up to 4 units long are used as they are,
-/// longer ones become exactly 5 long: the jump is meant.
+/// Returns the pupil's offset for an eye that looks at the pointer. Offsets up to 4 units long are used as
+/// they are, longer ones become exactly 5 long: the jump is meant.
 vector3f EyeOffset(const vector3f& pointer, const vector3f& eye, float bob) {
     vector3f offset = pointer - (eye + vector3f(0, bob, 0));
     if (offset.length() <= 4) return offset;
@@ -155,8 +156,8 @@ void MeetPointer(OwlFrame& frame) {
     }
 }
 
-/// Walks the sleep's stages, a second each: falling asleep 0 and 1, asleep 2 (holds until something wakes it), waking 3.
-/// A stage that has begun is not begun again by waking.
+/// Walks the sleep's stages, a second each: falling asleep 0 and 1, asleep 2 (holds until something wakes
+/// it), waking 3. A stage that has begun is not begun again by waking.
 void Sleep() {
     if (anim != kSleeping) return;
     if (character.sleep_state == 2) {
@@ -214,7 +215,8 @@ void EndQuizOffer() {
     character.sqte = 0;
 }
 
-// ---- Drawing --------------------------------------------------------------------------------------------------------
+// ---- Drawing
+// --------------------------------------------------------------------------------------------------------
 
 void DrawBackground() {
     glBindTexture(GL_TEXTURE_2D, background);
@@ -279,7 +281,8 @@ void DrawHat(const OwlFrame& frame) {
     DrawRect(kPictureEdge, kHatHeight, frame.bob);
 }
 
-/// Draws the thought bubble, which swells sideways while it shrinks in height, and three dots trailing to the owl.
+/// Draws the thought bubble, which swells sideways while it shrinks in height, and three dots trailing to the
+/// owl.
 void DrawThoughtBubble() {
     if (!new_notify && !spawn_question) return;
     const float bt = character.bt;
@@ -292,7 +295,8 @@ void DrawThoughtBubble() {
 
 }  // namespace
 
-// ---- Render ---------------------------------------------------------------------------------------------------------
+// ---- Render
+// ---------------------------------------------------------------------------------------------------------
 
 void Render() {
     OwlFrame frame;

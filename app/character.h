@@ -1,8 +1,8 @@
 // The owl: its poses, its timers and the drawing of its scene.
 //
-// It breathes, blinks, looks around, changes pose, falls asleep and wakes, laughs, and puts on a hat when it offers a
-// quiz. Every timer adds up global_time, so all of it stands still while a panel screen is open. One frame of it is
-// Render(), which reads as the list of its steps.
+// It breathes, blinks, looks around, changes pose, falls asleep and wakes, laughs, and puts on a hat when it
+// offers a quiz. Every timer adds up global_time, so all of it stands still while a panel screen is open. One
+// frame of it is Render(), which reads as the list of its steps.
 #pragma once
 
 /// The owl's poses; they index the pictures `owl` and `owl_ce`.
@@ -22,20 +22,20 @@ extern bool new_notify;
 
 /// What the owl remembers from frame to frame; times are seconds of character-screen time.
 struct CharacterState {
-    float bt = 0;                        ///< animation clock; starts again with a laugh
-    float sqt = 0, next_sq = 0;          ///< since the last quiz offer; delay until the next
-    bool close_eyes = false;             ///< the eyes are shut this frame
-    float cet = 0, next_ce = 0;          ///< since the last blink; delay until the next
-    float cst = 0;                       ///< how long the blink has lasted
-    float ste = 0, next_st = 0;          ///< stare cycle; delay before the owl looks straight ahead
-    float next_std = 0;                  ///< length of that look
-    float swap_te = 0, next_swap = 0;    ///< time in the pose; time until the next pose
-    int sleep_state = 0;                 ///< 0 and 1 falling asleep, 2 asleep, 3 waking
-    float te = 0;                        ///< time in the sleep stage
-    bool laugh = false;                  ///< laughing
-    float lte = 0;                       ///< for how long
-    float sqte = 0;                      ///< how long the quiz offer has been showing
-    bool drawn_delays = false;           ///< the five delays have been drawn for the first time
+    float bt = 0;                      ///< animation clock; starts again with a laugh
+    float sqt = 0, next_sq = 0;        ///< since the last quiz offer; delay until the next
+    bool close_eyes = false;           ///< the eyes are shut this frame
+    float cet = 0, next_ce = 0;        ///< since the last blink; delay until the next
+    float cst = 0;                     ///< how long the blink has lasted
+    float ste = 0, next_st = 0;        ///< stare cycle; delay before the owl looks straight ahead
+    float next_std = 0;                ///< length of that look
+    float swap_te = 0, next_swap = 0;  ///< time in the pose; time until the next pose
+    int sleep_state = 0;               ///< 0 and 1 falling asleep, 2 asleep, 3 waking
+    float te = 0;                      ///< time in the sleep stage
+    bool laugh = false;                ///< laughing
+    float lte = 0;                     ///< for how long
+    float sqte = 0;                    ///< how long the quiz offer has been showing
+    bool drawn_delays = false;         ///< the five delays have been drawn for the first time
 };
 
 /// Written by Render(); the menu and the notices end a laugh through it.

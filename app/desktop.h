@@ -1,7 +1,8 @@
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
-// One source file fills it in for X11 (desktop_x11.cpp), the only one that includes Xlib. Tests fill it in with
-// a desktop of their own. Nothing here fails loudly: where the desktop has no answer, the function says what it does.
+// One source file fills it in for X11 (desktop_x11.cpp), the only one that includes Xlib. Tests fill it in
+// with a desktop of their own. Nothing here fails loudly: where the desktop has no answer, the function says
+// what it does.
 #pragma once
 
 #include <cstdint>
@@ -18,11 +19,13 @@ ScreenPoint GlobalPointer();
 /// Returns a clock that never goes back, in nanoseconds from an arbitrary start.
 std::uint64_t MonotonicNanoseconds();
 
-/// Opens a web address in the user's default browser and returns at once. Shows nothing where there is no browser.
+/// Opens a web address in the user's default browser and returns at once. Shows nothing where there is no
+/// browser.
 void OpenWebAddress(const char* address);
 
 /// Moves the pointer to screen point (400, 300). Kept for the engine's sake: the program never calls it.
 void ResetMouse();
 
-/// Lets a buffer swap wait for that many screen refreshes (0: not at all), where the driver offers swap control.
+/// Lets a buffer swap wait for that many screen refreshes (0: not at all), where the driver offers swap
+/// control.
 void SetSwapInterval(int refreshes);

@@ -12,13 +12,17 @@
 
 namespace {
 
-/// Returns the connection that the window was made on, so that the program keeps to one; null before there is a window.
-Display* WindowConnection() { return glXGetCurrentDisplay(); }
+/// Returns the connection that the window was made on, so that the program keeps to one; null before there is
+/// a window.
+Display* WindowConnection() {
+    return glXGetCurrentDisplay();
+}
 
 /// Returns whether the GLX of the window's screen names an extension.
 bool HasGlxExtension(Display* display, const char* name) {
     const char* names = glXQueryExtensionsString(display, DefaultScreen(display));
-    return names != nullptr && (" " + std::string(names) + " ").find(" " + std::string(name) + " ") != std::string::npos;
+    return names != nullptr &&
+           (" " + std::string(names) + " ").find(" " + std::string(name) + " ") != std::string::npos;
 }
 
 template <typename Function>
@@ -29,7 +33,8 @@ Function GlxFunction(const char* name) {
 /// Returns the text as one word of a shell command, whatever characters it has.
 std::string ShellQuoted(const char* text) {
     std::string quoted = "'";
-    for (const char* c = text; *c != '\0'; ++c) quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
+    for (const char* c = text; *c != '\0'; ++c)
+        quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
     return quoted + "'";
 }
 
@@ -44,7 +49,8 @@ ScreenPoint GlobalPointer() {
     int window_x = 0;
     int window_y = 0;
     unsigned int buttons = 0;
-    XQueryPointer(display, DefaultRootWindow(display), &root, &child, &point.x, &point.y, &window_x, &window_y, &buttons);
+    XQueryPointer(display, DefaultRootWindow(display), &root, &child, &point.x, &point.y, &window_x,
+                  &window_y, &buttons);
     return point;
 }
 

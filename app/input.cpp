@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "engine/WindowMetrics.h"
+
 float touch_coord_x = 0;
 float touch_coord_y = 0;
 bool single_touch = false;
@@ -34,15 +36,21 @@ void mouse_event(int button, int state, int /*x*/, int /*y*/) {
     single_touch = touch_event = state == GLUT_DOWN;
 }
 
-void keyboard_down(int key, int /*x*/, int /*y*/) { SetKey(key, true); }
+void keyboard_down(int key, int /*x*/, int /*y*/) {
+    SetKey(key, true);
+}
 
-void keyboard_up(int key, int /*x*/, int /*y*/) { SetKey(key, false); }
+void keyboard_up(int key, int /*x*/, int /*y*/) {
+    SetKey(key, false);
+}
 
 void keyboard(unsigned char key, int /*x*/, int /*y*/) {
     if (key == kEnter) invio_pressed = true;
 }
 
-void reset_keys_state() { std::fill(std::begin(key_state), std::end(key_state), false); }
+void reset_keys_state() {
+    std::fill(std::begin(key_state), std::end(key_state), false);
+}
 
 void ResetFrameInput() {
     single_touch = false;
@@ -51,6 +59,7 @@ void ResetFrameInput() {
 }
 
 void reshape(int w, int h) {
+    ForgetWindowMetrics();
     glViewport(0, 0, w, h);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();

@@ -1,7 +1,8 @@
 // Pointer and keys: the GLUT callbacks and the state they leave for the frame.
 //
-// The callbacks never act. They run between frames and only write down what happened; the screens read it while
-// they draw, and the end of the frame clears the flags that last one frame. So a click looks like this to a button:
+// The callbacks never act. They run between frames and only write down what happened; the screens read it
+// while they draw, and the end of the frame clears the flags that last one frame. So a click looks like this
+// to a button:
 //
 //   between frames   mouse_event(left, down)    single_touch = true
 //   frame 1          every button under it      sees the click
@@ -17,7 +18,8 @@
 extern float touch_coord_x;
 extern float touch_coord_y;
 
-/// A left press since the last frame. Written by mouse_event(), read by every button, cleared by the frame's end.
+/// A left press since the last frame. Written by mouse_event(), read by every button, cleared by the frame's
+/// end.
 extern bool single_touch;
 
 /// The left button as mouse_event() last saw it. Nothing reads it.
@@ -29,7 +31,8 @@ extern bool key_state[256];
 /// Writes down the pointer's place: the GLUT callback for motion with and without a button, in window pixels.
 void mouse(int x, int y);
 
-/// Writes down a left press or release: the GLUT mouse-button callback. The place is the one that mouse() last saw.
+/// Writes down a left press or release: the GLUT mouse-button callback. The place is the one that mouse()
+/// last saw.
 void mouse_event(int button, int state, int x, int y);
 
 /// Marks a special key as pressed; codes outside the table are ignored.
@@ -47,10 +50,11 @@ void reset_keys_state();
 /// Clears what lasts one frame: the click, Enter and the keys.
 void ResetFrameInput();
 
-/// Sets viewport and perspective for a window of w x h pixels: the GLUT reshape callback. Each frame puts its own
-/// canvas in the perspective's place. A height of 0 counts as 1.
+/// Sets viewport and perspective for a window of w x h pixels: the GLUT reshape callback. Each frame puts its
+/// own canvas in the perspective's place. A height of 0 counts as 1.
 void reshape(int w, int h);
 
-/// Returns the scene point under a window pixel (origin top left) for the current matrices; not clamped to the window.
-/// Where the window has no depth buffer the depth counts as 0.5, the plane that the canvas is drawn in.
+/// Returns the scene point under a window pixel (origin top left) for the current matrices; not clamped to
+/// the window. Where the window has no depth buffer the depth counts as 0.5, the plane that the canvas is
+/// drawn in.
 vector3f GetOGLPos(int x, int y);

@@ -1,4 +1,5 @@
-// The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the callbacks.
+// The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the
+// callbacks.
 #include <AL/alc.h>
 #include <GL/freeglut.h>
 

@@ -79,7 +79,7 @@ void init() {
 }
 
 void display() {
-    ForgetWindowMetrics();
+    ForgetWindowPlace();
     TakeLocalTime();
     ClearFrame();
     EnterCanvas();

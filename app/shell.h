@@ -1,7 +1,8 @@
 // The application shell: what lives for the whole run, the start-up and the frame.
 //
-// The window has one picture at a time: the character screen, or a panel screen over its panel picture. All drawing
-// happens in a canvas of 512 x 512 units, origin at the bottom left, whatever the window's size in pixels.
+// The window has one picture at a time: the character screen, or a panel screen over its panel picture. All
+// drawing happens in a canvas of 512 x 512 units, origin at the bottom left, whatever the window's size in
+// pixels.
 #pragma once
 
 #include <ctime>
@@ -9,7 +10,8 @@
 /// The previous frame's duration in seconds, the step of every timer. Written by display() alone.
 extern float global_time;
 
-/// Which screen is shown: -1 the character, 0 the events list, 1 the editor, 2 the view of a due event, 3 the quiz.
+/// Which screen is shown: -1 the character, 0 the events list, 1 the editor, 2 the view of a due event, 3 the
+/// quiz.
 extern int menu_case_id;
 
 /// Whether sound effects are switched on.
@@ -24,6 +26,7 @@ void init();
 /// Draws one frame and asks for the next: the GLUT display callback.
 void display();
 
-/// Stores in `dt` the seconds since the previous call. The clock keeps 32 bits of nanoseconds, so it is right for up to
-/// about 2.147 seconds; a negative result counts as 0. The first call measures from 0 and yields an arbitrary value.
+/// Stores in `dt` the seconds since the previous call. The clock keeps 32 bits of nanoseconds, so it is right
+/// for up to about 2.147 seconds; a negative result counts as 0. The first call measures from 0 and yields an
+/// arbitrary value.
 void GetGlobalTime(float& dt);

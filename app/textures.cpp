@@ -73,8 +73,8 @@ struct RawImage {
     std::vector<std::uint8_t> pixels;
 };
 
-/// Reads the file's bytes after checking its sizes against its length. Returns null, or the reason why it is not
-/// a picture.
+/// Reads the file's bytes after checking its sizes against its length. Returns null, or the reason why it is
+/// not a picture.
 const char* ReadPixels(std::FILE* file, std::uint64_t length, RawImage& image) {
     if (std::fread(&image.width, sizeof image.width, 1, file) != 1) return "il file e' troncato";
     if (std::fread(&image.height, sizeof image.height, 1, file) != 1) return "il file e' troncato";
@@ -123,8 +123,8 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
         std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
         std::exit(EXIT_FAILURE);
     }
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width), static_cast<GLsizei>(image.height),
-                 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width),
+                 static_cast<GLsizei>(image.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
     name = texture;
 }
 

@@ -11,11 +11,11 @@ namespace {
 constexpr unsigned int kHiddenFrameMilliseconds = 100;
 
 struct WindowState {
-    void (*frame)() = nullptr;       ///< the display callback; set by KeepFramesComing
-    unsigned int presented = 0;      ///< frames so far; written by PresentFrame
-    unsigned int seen = 0;           ///< frames so far at the last look; written by LookAfterFrames
-    bool drawing_hidden = false;     ///< the frame being drawn is the timer's; written by LookAfterFrames
-    int swap_interval = -1;          ///< what the driver was last told; -1 before the first frame
+    void (*frame)() = nullptr;    ///< the display callback; set by KeepFramesComing
+    unsigned int presented = 0;   ///< frames so far; written by PresentFrame
+    unsigned int seen = 0;        ///< frames so far at the last look; written by LookAfterFrames
+    bool drawing_hidden = false;  ///< the frame being drawn is the timer's; written by LookAfterFrames
+    int swap_interval = -1;       ///< what the driver was last told; -1 before the first frame
 };
 
 WindowState window;

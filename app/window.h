@@ -1,12 +1,13 @@
 // The window layer: what the window needs beside GLUT's callbacks so that the owl never goes deaf.
 //
-// GLUT stops asking for frames while its window is minimised or wholly covered. But reminders count and notices
-// sound there too, so a slow timer looks whether frames still come and draws them itself when they do not.
+// GLUT stops asking for frames while its window is minimised or wholly covered. But reminders count and
+// notices sound there too, so a slow timer looks whether frames still come and draws them itself when they do
+// not.
 #pragma once
 
 /// Starts watching over the frames; `frame` is the display callback. Called once, before the main loop.
 void KeepFramesComing(void (*frame)());
 
-/// Ends a frame: flushes, waits until it is drawn, swaps. A shown window swaps at the screen's refresh; a hidden one
-/// does not wait for it.
+/// Ends a frame: flushes, waits until it is drawn, swaps. A shown window swaps at the screen's refresh; a
+/// hidden one does not wait for it.
 void PresentFrame();

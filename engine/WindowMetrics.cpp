@@ -24,11 +24,26 @@ Metric top{GLUT_WINDOW_Y, {}};
 
 }  // namespace
 
-int WindowWidth() { return width.Get(); }
-int WindowHeight() { return height.Get(); }
-int WindowX() { return left.Get(); }
-int WindowY() { return top.Get(); }
+int WindowWidth() {
+    return width.Get();
+}
+int WindowHeight() {
+    return height.Get();
+}
+int WindowX() {
+    return left.Get();
+}
+int WindowY() {
+    return top.Get();
+}
+
+void ForgetWindowPlace() {
+    left.answer.reset();
+    top.answer.reset();
+}
 
 void ForgetWindowMetrics() {
-    for (Metric* metric : {&width, &height, &left, &top}) metric->answer.reset();
+    ForgetWindowPlace();
+    width.answer.reset();
+    height.answer.reset();
 }

@@ -1,7 +1,8 @@
-// The window's size and place, asked of the window system at most once a frame.
+// The window's size and place, asked of the window system as seldom as possible.
 //
-// Every question to GLUT about its window is a round trip to the window system, and many callers need the same
-// four numbers in one frame. They are kept here from the first question to the end of the frame.
+// Every question to GLUT about its window is a round trip to the window system, and many callers need the
+// same four numbers in one frame. The size is kept until the window is reshaped, which GLUT tells; the place,
+// which it does not tell, is kept to the end of the frame.
 #pragma once
 
 /// Returns the window's width in pixels.
@@ -16,5 +17,8 @@ int WindowX();
 /// Returns the screen row of the window's top edge, in pixels.
 int WindowY();
 
-/// Forgets what was asked; the frame calls it once, before anything else.
+/// Forgets the window's place; the frame calls it once, before anything else.
+void ForgetWindowPlace();
+
+/// Forgets the window's size and place; the window's reshaping calls it.
 void ForgetWindowMetrics();

@@ -25,12 +25,12 @@ namespace {
 
 /// One line of the list of pictures.
 struct Picture {
-    std::string file;                 ///< name of the raw texture file
-    std::string drawing;              ///< SVG file in the folder of drawings
-    int width = 0;                    ///< pixels
-    int height = 0;                   ///< pixels
-    double x = 0, y = 0, w = 0, h = 0;///< the crop, in the drawing's own units, y down
-    std::vector<std::string> layers;  ///< ids painted one over another; none: the whole drawing
+    std::string file;                   ///< name of the raw texture file
+    std::string drawing;                ///< SVG file in the folder of drawings
+    int width = 0;                      ///< pixels
+    int height = 0;                     ///< pixels
+    double x = 0, y = 0, w = 0, h = 0;  ///< the crop, in the drawing's own units, y down
+    std::vector<std::string> layers;    ///< ids painted one over another; none: the whole drawing
 };
 
 /// An image in the program's own layout, but top row first: 4 bytes a pixel, straight alpha.
@@ -88,7 +88,7 @@ cairo_surface_t* Render(const Picture& p, const std::string& folder) {
     for (const std::string& layer : layers) {
         const char* id = layer.empty() ? nullptr : layer.c_str();
         if (!rsvg_handle_render_layer(drawing, cr, id, &viewport, &error))
-            Fail(path + " " + layer + ": " + error->message);
+            Fail(path + (" " + layer) + ": " + error->message);
     }
     cairo_destroy(cr);
     g_object_unref(drawing);
@@ -106,7 +106,8 @@ Image ToStraightAlpha(cairo_surface_t* surface) {
     const int stride = cairo_image_surface_get_stride(surface);
     std::uint8_t* out = image.rgba.data();
     for (int y = 0; y < image.height; ++y) {
-        const auto* row = reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
+        const auto* row =
+            reinterpret_cast<const std::uint32_t*>(data + static_cast<std::ptrdiff_t>(y) * stride);
         for (int x = 0; x < image.width; ++x) {
             const std::uint32_t argb = row[x];
             const std::uint32_t a = argb >> 24;
@@ -125,9 +126,15 @@ Image ToStraightAlpha(cairo_surface_t* surface) {
 void BleedColour(Image& image) {
     const int w = image.width;
     const int h = image.height;
-    const auto at = [&](int x, int y) { return &image.rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(w) + static_cast<std::size_t>(x)) * 4]; };
+    const auto at = [&](int x, int y) {
+        return &image.rgba[(static_cast<std::size_t>(y) * static_cast<std::size_t>(w) +
+                            static_cast<std::size_t>(x)) *
+                           4];
+    };
     std::vector<char> known(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), 0);
-    const auto mark = [&](int x, int y) -> char& { return known[static_cast<std::size_t>(y) * static_cast<std::size_t>(w) + static_cast<std::size_t>(x)]; };
+    const auto mark = [&](int x, int y) -> char& {
+        return known[static_cast<std::size_t>(y) * static_cast<std::size_t>(w) + static_cast<std::size_t>(x)];
+    };
     std::vector<std::array<int, 2>> ring;
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x)
@@ -153,7 +160,8 @@ void BleedColour(Image& image) {
                     for (int c = 0; c < 3; ++c) sum[static_cast<std::size_t>(c)] += at(x, y)[c];
                     ++n;
                 }
-            for (int c = 0; c < 3; ++c) at(cx, cy)[c] = static_cast<std::uint8_t>(sum[static_cast<std::size_t>(c)] / n);
+            for (int c = 0; c < 3; ++c)
+                at(cx, cy)[c] = static_cast<std::uint8_t>(sum[static_cast<std::size_t>(c)] / n);
         }
         for (const auto& [x, y] : next) mark(x, y) = 1;
         ring = std::move(next);
@@ -181,7 +189,8 @@ int main(int argc, char** argv) {
     if (argc < 4) Fail("usage: bake_pictures LIST DRAWINGS_FOLDER OUTPUT_FOLDER [PICTURE ...]");
     const std::vector<std::string> wanted(argv + 4, argv + argc);
     for (const Picture& picture : ReadList(argv[1])) {
-        if (!wanted.empty() && std::find(wanted.begin(), wanted.end(), picture.file) == wanted.end()) continue;
+        if (!wanted.empty() && std::find(wanted.begin(), wanted.end(), picture.file) == wanted.end())
+            continue;
         cairo_surface_t* surface = Render(picture, argv[2]);
         Image image = ToStraightAlpha(surface);
         cairo_surface_destroy(surface);
