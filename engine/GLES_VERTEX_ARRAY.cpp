@@ -4,7 +4,9 @@
 
 std::vector<VertexShader> VertexShaderStack;
 
-void glFlushShaderPipeline() { VertexShaderStack.clear(); }
+void glFlushShaderPipeline() {
+    VertexShaderStack.clear();
+}
 
 bool glEnableVertexShader(VertexShader callback) {
     VertexShaderStack.push_back(callback);

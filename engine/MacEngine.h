@@ -54,8 +54,8 @@ struct POLYGONPOINTER {};
 
 // ---- 2. Random numbers ----------------------------------------------------------------------------
 
-/// Returns a random value in [min, max] on a grid of 1 / precision from min on: rand_intvf(0, 1, 10) is one of
-/// 0, 0.1 ... 1. Takes one number of rand.
+/// Returns a random value in [min, max] on a grid of 1 / precision from min on: rand_intvf(0, 1, 10) is one
+/// of 0, 0.1 ... 1. Takes one number of rand.
 ///
 /// The first call in the process seeds the generator with the time although start-up has done so too; that
 /// restarts the sequence and is meant. With max below min the result is still at or above min. Where the
@@ -67,8 +67,8 @@ float rand_intvf(float min, float max, float precision);
 /// Returns the value at `rate` per cent of the way from `from` to `to`. Rates outside 0 .. 100 extrapolate.
 float RateInterpole(float from, float to, float rate);
 
-/// Returns how many per cent of `total` the value is, limited to 0 .. 100. A total of 0 gives 100 for a positive
-/// value and 0 for a negative one, and NaN for 0.
+/// Returns how many per cent of `total` the value is, limited to 0 .. 100. A total of 0 gives 100 for a
+/// positive value and 0 for a negative one, and NaN for 0.
 float GetRate(float value, float total);
 
 /// Returns what is to `b` as `c` is to `a`: b * c / a.
@@ -88,14 +88,14 @@ float SlopeV3F(vector3f a, vector3f b);
 /// Returns the distance between two points.
 float GetDistanceBetween(float x1, float y1, float z1, float x2, float y2, float z2);
 
-/// Returns whether the segment s0-s1 crosses or touches the plane through a, b and c. A degenerate triangle spans
-/// no plane: false. The arguments are left alone.
+/// Returns whether the segment s0-s1 crosses or touches the plane through a, b and c. A degenerate triangle
+/// spans no plane: false. The arguments are left alone.
 bool SegmentPlaneIntersect(vector3f& s0, vector3f& s1, vector3f& a, vector3f& b, vector3f& c);
 
 /// Returns whether the segment s0-s1 meets the triangle a, b, c, give or take a hundredth of its area.
 ///
-/// Where the segment meets the triangle's plane, the point goes into `hit`, in the triangle or not; where it does
-/// not, `hit` is left alone. Not for more than one thread.
+/// Where the segment meets the triangle's plane, the point goes into `hit`, in the triangle or not; where it
+/// does not, `hit` is left alone. Not for more than one thread.
 bool GetIntersectionBetweenSegmentTriangle(vector3f a, vector3f b, vector3f c, vector3f s0, vector3f s1,
                                            vector3f& hit);
 
@@ -104,8 +104,8 @@ bool GetIntersectionBetweenSegmentTriangle(vector3f a, vector3f b, vector3f c, v
 // These draw with the bound texture, colour and blending of the caller, in the current coordinates; the
 // matrix mode is model-view. RenderOnViewport, for the whole canvas, is in MotionBlur.h.
 
-/// Draws a rectangle of w by h about the origin, its top edge raised by `top_extra`. Only the top moves, so that a
-/// picture stretches upwards from a fixed base; that is meant.
+/// Draws a rectangle of w by h about the origin, its top edge raised by `top_extra`. Only the top moves, so
+/// that a picture stretches upwards from a fixed base; that is meant.
 void DrawRect(float w, float h, float top_extra);
 
 /// Turns the current coordinates to face the viewer: replaces the rotation of the model-view matrix by half
@@ -115,11 +115,12 @@ void glBillboarding();
 /// Draws a level square from -size to size in x and z, the texture repeated `repeat` times.
 void RenderPlane(float size, float repeat);
 
-/// Draws a square from -size to size that faces the viewer, rolled by a random whole number of degrees if asked.
+/// Draws a square from -size to size that faces the viewer, rolled by a random whole number of degrees if
+/// asked.
 void RenderParticle(float size, bool random_roll);
 
-/// Draws the inside of the cube from -1 to 1, one texture a side: t0 at -x, t1 at +x, t2 at +z, t3 at -z, t4 at +y,
-/// t5 at -y. The last texture stays bound.
+/// Draws the inside of the cube from -1 to 1, one texture a side: t0 at -x, t1 at +x, t2 at +z, t3 at -z, t4
+/// at +y, t5 at -y. The last texture stays bound.
 void RenderSkyBoxMask(unsigned int t0, unsigned int t1, unsigned int t2, unsigned int t3, unsigned int t4,
                       unsigned int t5);
 

@@ -20,7 +20,9 @@ long long Truncate(float number) {
 }
 
 /// Returns the distance between two points.
-float Distance(const vector3f& a, const vector3f& b) { return GetDistanceBetween(a.x, a.y, a.z, b.x, b.y, b.z); }
+float Distance(const vector3f& a, const vector3f& b) {
+    return GetDistanceBetween(a.x, a.y, a.z, b.x, b.y, b.z);
+}
 
 /// Returns the area of a triangle with sides x, y and z, by Heron's formula.
 float HeronArea(float x, float y, float z) {
@@ -28,8 +30,8 @@ float HeronArea(float x, float y, float z) {
     return std::sqrt(s * (s - x) * (s - y) * (s - z));
 }
 
-/// Returns whether a point of the triangle's plane lies in the triangle: the three triangles that it forms with the
-/// sides then cover no more than the whole, with a tolerance of one per cent.
+/// Returns whether a point of the triangle's plane lies in the triangle: the three triangles that it forms
+/// with the sides then cover no more than the whole, with a tolerance of one per cent.
 bool IsInTriangle(const vector3f& point, const vector3f& a, const vector3f& b, const vector3f& c) {
     const float ab = Distance(a, b);
     const float bc = Distance(b, c);
@@ -69,7 +71,9 @@ float GetRate(float value, float total) {
     return rate;
 }
 
-bool OppositeSign(float a, float b) { return (a < 0.0F && b >= 0.0F) || (b < 0.0F && a >= 0.0F); }
+bool OppositeSign(float a, float b) {
+    return (a < 0.0F && b >= 0.0F) || (b < 0.0F && a >= 0.0F);
+}
 
 float SlopeV3F(vector3f a, vector3f b) {
     const double from = std::atan2(static_cast<double>(a.y), static_cast<double>(a.x));

@@ -18,8 +18,8 @@ struct matrix4x4f {
     matrix4x4f() { identity(); }
 
     /// Makes a matrix from its elements given row by row: the first four are row 0.
-    matrix4x4f(float m0, float m1, float m2, float m3, float m4, float m5, float m6, float m7, float m8, float m9,
-               float m10, float m11, float m12, float m13, float m14, float m15)
+    matrix4x4f(float m0, float m1, float m2, float m3, float m4, float m5, float m6, float m7, float m8,
+               float m9, float m10, float m11, float m12, float m13, float m14, float m15)
         : m{m0, m4, m8, m12, m1, m5, m9, m13, m2, m6, m10, m14, m3, m7, m11, m15} {}
 
     /// Sets the identity.
@@ -80,9 +80,9 @@ struct matrix4x4f {
         return *this;
     }
 
-    /// Writes a rotation by `a` degrees about an axis. Two oddities are meant: the caller's axis is normalised
-    /// in place, and m[3], m[7], m[11] and the translation keep what they held, so that a pure rotation needs
-    /// an identity to start from. An axis of length 0 gives NaN.
+    /// Writes a rotation by `a` degrees about an axis. Two oddities are meant: the caller's axis is
+    /// normalised in place, and m[3], m[7], m[11] and the translation keep what they held, so that a pure
+    /// rotation needs an identity to start from. An axis of length 0 gives NaN.
     matrix4x4f& rotate(const float& a, vector3f& axis) {
         const float s = std::sin(a * kRadians);
         const float c = std::cos(a * kRadians);

@@ -45,7 +45,8 @@ void DrawRect(float w, float h, float top_extra) {
     const float bottom = -h / 2.0F;
     const float top = h / 2.0F + top_extra;
     glBegin(GL_QUADS);
-    Corners({{0, 0, -right, bottom, 0}, {1, 0, right, bottom, 0}, {1, 1, right, top, 0}, {0, 1, -right, top, 0}});
+    Corners(
+        {{0, 0, -right, bottom, 0}, {1, 0, right, bottom, 0}, {1, 1, right, top, 0}, {0, 1, -right, top, 0}});
     glEnd();
 }
 
@@ -95,6 +96,7 @@ void RenderSkyBoxMask(unsigned int t0, unsigned int t1, unsigned int t2, unsigne
 double ConvertDAM(int day, int month, int year, int hour, int minute) {
     // All in double precision, the difference of the years too: no int overflows.
     const double years = static_cast<double>(year) - 1900.0;
-    return static_cast<double>(minute) + static_cast<double>(hour) * 60.0 + static_cast<double>(day) * 24.0 * 60.0 +
-           static_cast<double>(month) * 31.0 * 24.0 * 60.0 + years * 12.0 * 31.0 * 24.0 * 60.0;
+    return static_cast<double>(minute) + static_cast<double>(hour) * 60.0 +
+           static_cast<double>(day) * 24.0 * 60.0 + static_cast<double>(month) * 31.0 * 24.0 * 60.0 +
+           years * 12.0 * 31.0 * 24.0 * 60.0;
 }

@@ -62,21 +62,39 @@ struct vector3f {
     vector3f operator-() const { return {-x, -y, -z}; }
 };
 
-inline vector3f operator+(const vector3f& a, const vector3f& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-inline vector3f operator-(const vector3f& a, const vector3f& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
+inline vector3f operator+(const vector3f& a, const vector3f& b) {
+    return {a.x + b.x, a.y + b.y, a.z + b.z};
+}
+inline vector3f operator-(const vector3f& a, const vector3f& b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
 
 /// Returns the component-wise product: neither the dot nor the cross product.
-inline vector3f operator*(const vector3f& a, const vector3f& b) { return {a.x * b.x, a.y * b.y, a.z * b.z}; }
-inline vector3f operator*(const vector3f& v, float scalar) { return {v.x * scalar, v.y * scalar, v.z * scalar}; }
-inline vector3f operator*(float scalar, const vector3f& v) { return v * scalar; }
+inline vector3f operator*(const vector3f& a, const vector3f& b) {
+    return {a.x * b.x, a.y * b.y, a.z * b.z};
+}
+inline vector3f operator*(const vector3f& v, float scalar) {
+    return {v.x * scalar, v.y * scalar, v.z * scalar};
+}
+inline vector3f operator*(float scalar, const vector3f& v) {
+    return v * scalar;
+}
 
 /// Returns the component-wise quotient; there is no guard against zero.
-inline vector3f operator/(const vector3f& a, const vector3f& b) { return {a.x / b.x, a.y / b.y, a.z / b.z}; }
-inline vector3f operator/(const vector3f& v, float scalar) { return {v.x / scalar, v.y / scalar, v.z / scalar}; }
+inline vector3f operator/(const vector3f& a, const vector3f& b) {
+    return {a.x / b.x, a.y / b.y, a.z / b.z};
+}
+inline vector3f operator/(const vector3f& v, float scalar) {
+    return {v.x / scalar, v.y / scalar, v.z / scalar};
+}
 
 /// Says whether all components are equal as floats: a NaN equals nothing, +0 equals -0.
-inline bool operator==(const vector3f& a, const vector3f& b) { return a.x == b.x && a.y == b.y && a.z == b.z; }
-inline bool operator!=(const vector3f& a, const vector3f& b) { return !(a == b); }
+inline bool operator==(const vector3f& a, const vector3f& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+inline bool operator!=(const vector3f& a, const vector3f& b) {
+    return !(a == b);
+}
 
 /// Returns the vector perpendicular to both, in the sense of the right hand.
 inline vector3f crossProduct(const vector3f& a, const vector3f& b) {
@@ -84,4 +102,6 @@ inline vector3f crossProduct(const vector3f& a, const vector3f& b) {
 }
 
 /// Returns the sum of the products of the components.
-inline float dotProduct(const vector3f& a, const vector3f& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline float dotProduct(const vector3f& a, const vector3f& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}

@@ -88,7 +88,7 @@ cairo_surface_t* Render(const Picture& p, const std::string& folder) {
     for (const std::string& layer : layers) {
         const char* id = layer.empty() ? nullptr : layer.c_str();
         if (!rsvg_handle_render_layer(drawing, cr, id, &viewport, &error))
-            Fail(path + (" " + layer) + ": " + error->message);
+            Fail(path + layer + ": " + error->message);
     }
     cairo_destroy(cr);
     g_object_unref(drawing);

@@ -1,0 +1,379 @@
+// Index: Folder, Desktop, Program.
+#include "tests/desktop/desktop.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace desktop {
+
+namespace files = std::filesystem;
+
+// ---- Folder
+// ---------------------------------------------------------------------------------------------------------
+
+Folder::Folder() : path_((files::temp_directory_path() / "ulmaro-XXXXXX").string()) {
+    if (mkdtemp(path_.data()) == nullptr) Fail("cannot make " + path_);
+}
+
+Folder::~Folder() {
+    std::error_code ignored;
+    files::remove_all(path_, ignored);
+}
+
+void Folder::LinkAll(const std::string& other) const {
+    for (const files::directory_entry& file : files::directory_iterator(other)) {
+        files::create_symlink(files::absolute(file.path()), Path(file.path().filename().string()));
+    }
+}
+
+void Folder::Remove(const std::string& file) const {
+    files::remove(Path(file));
+}
+
+void Folder::Write(const std::string& file, const std::string& bytes) const {
+    Remove(file);  // else the bytes would go where the link points
+    std::ofstream(Path(file), std::ios::binary) << bytes;
+}
+
+std::string Folder::Read(const std::string& file) const {
+    std::ifstream in(Path(file), std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// ---- Desktop
+// --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// Windows may vanish while they are looked at; that is no error of the test.
+int IgnoreError(Display* /*display*/, XErrorEvent* /*error*/) {
+    return 0;
+}
+
+/// Reads the display number that the server writes when it is ready; empty where none comes.
+std::string ReadLine(int pipe) {
+    std::string line;
+    for (char c = 0; read(pipe, &c, 1) == 1 && c != '\n';) line += c;
+    return line;
+}
+
+std::string TitleOf(Display* connection, Window window) {
+    char* name = nullptr;
+    if (XFetchName(connection, window, &name) == 0 || name == nullptr) return {};
+    std::string title = name;
+    XFree(name);
+    return title;
+}
+
+/// Returns the window's children, topmost first.
+std::vector<Window> ChildrenOf(Display* connection, Window window) {
+    Window root = None;
+    Window parent = None;
+    Window* children = nullptr;
+    unsigned int count = 0;
+    if (XQueryTree(connection, window, &root, &parent, &children, &count) == 0) return {};
+    std::vector<Window> result(children, children + count);
+    if (children != nullptr) XFree(children);
+    std::reverse(result.begin(), result.end());
+    return result;
+}
+
+Window FindBelow(Display* connection, Window window, const std::string& title) {
+    if (TitleOf(connection, window) == title) return window;
+    for (const Window child : ChildrenOf(connection, window)) {
+        const Window found = FindBelow(connection, child, title);
+        if (found != None) return found;
+    }
+    return None;
+}
+
+/// Returns whether a window manager has announced itself.
+bool HasWindowManager(Display* connection) {
+    const Atom check = XInternAtom(connection, "_NET_SUPPORTING_WM_CHECK", False);
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* data = nullptr;
+    XGetWindowProperty(connection, DefaultRootWindow(connection), check, 0, 1, False, XA_WINDOW, &type,
+                       &format, &count, &left, &data);
+    if (data != nullptr) XFree(data);
+    return count == 1;
+}
+
+}  // namespace
+
+Desktop::Desktop() {
+    StartServer();
+    StartWindowManager();
+    MovePointer({kWidth - 1, kHeight - 1});
+}
+
+Desktop::~Desktop() {
+    if (connection_ != nullptr) XCloseDisplay(connection_);
+}
+
+void Desktop::StartServer() {
+    int ready[2];
+    if (pipe2(ready, O_CLOEXEC) != 0) Fail("cannot make a pipe");
+    Command command;
+    command.words = {"Xvfb",      "-displayfd", std::to_string(ready[1]),
+                     "-screen",   "0",          "1280x1024x24",
+                     "-nolisten", "tcp",        "-noreset"};
+    command.inherited_pipe = ready[1];
+    command.error_file = folder_.Path("server");
+    server_.emplace(command);
+    close(ready[1]);
+    name_ = ":";
+    name_ += ReadLine(ready[0]);
+    close(ready[0]);
+    if (name_ == ":") Fail("no X server: " + folder_.Read("server"));
+
+    XSetErrorHandler(IgnoreError);
+    connection_ = XOpenDisplay(name_.c_str());
+    if (connection_ == nullptr) Fail("cannot connect to the X server " + name_);
+}
+
+void Desktop::StartWindowManager() {
+    Command command;
+    command.words = {"openbox", "--sm-disable"};
+    command.environment = {{"DISPLAY", name_},
+                           {"HOME", folder_.Path()},
+                           {"XDG_CONFIG_HOME", folder_.Path()},
+                           {"XDG_CACHE_HOME", folder_.Path()},
+                           {"XDG_DATA_HOME", folder_.Path()}};
+    command.error_file = folder_.Path("manager");
+    manager_.emplace(command);
+    if (!WaitUntil([this] { return HasWindowManager(connection_); }, 20)) {
+        Fail("no window manager: " + folder_.Read("manager"));
+    }
+}
+
+void Desktop::MovePointer(ScreenPoint point) {
+    XTestFakeMotionEvent(connection_, DefaultScreen(connection_), point.x, point.y, CurrentTime);
+    XSync(connection_, False);
+}
+
+void Desktop::Button(unsigned int button, bool down) {
+    XTestFakeButtonEvent(connection_, button, down ? True : False, CurrentTime);
+    XSync(connection_, False);
+}
+
+void Desktop::Key(KeySym key, bool down) {
+    XTestFakeKeyEvent(connection_, XKeysymToKeycode(connection_, key), down ? True : False, CurrentTime);
+    XSync(connection_, False);
+}
+
+Window Desktop::FindWindow(const std::string& title) const {
+    return FindBelow(connection_, DefaultRootWindow(connection_), title);
+}
+
+void Desktop::Cover(const ScreenRect& part) {
+    Uncover();
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;  // the window manager neither moves nor decorates it
+    attributes.background_pixel = WhitePixel(connection_, DefaultScreen(connection_));
+    cover_ =
+        XCreateWindow(connection_, DefaultRootWindow(connection_), part.x, part.y,
+                      static_cast<unsigned int>(part.width), static_cast<unsigned int>(part.height), 0,
+                      CopyFromParent, InputOutput, nullptr, CWOverrideRedirect | CWBackPixel, &attributes);
+    XMapRaised(connection_, cover_);
+    XSync(connection_, False);
+}
+
+void Desktop::Uncover() {
+    if (cover_ == None) return;
+    XDestroyWindow(connection_, cover_);
+    XSync(connection_, False);
+    cover_ = None;
+}
+
+// ---- Program
+// --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// How many frames a button or a key stays down: the press and the release must not meet between the same two
+/// frames.
+constexpr std::uint64_t kHeldFrames = 3;
+
+std::string Joined(const std::vector<std::string>& words, char separator) {
+    std::string joined;
+    for (const std::string& word : words) joined += (joined.empty() ? "" : std::string(1, separator)) + word;
+    return joined;
+}
+
+/// Returns the libraries loaded ahead of the program's own: those of the start, then ours.
+std::string PreloadOf(const Start& start) {
+    std::vector<std::string> libraries = start.preload;
+    libraries.emplace_back(ULMARO_PROBE_LIBRARY);
+    return Joined(libraries, ':');
+}
+
+}  // namespace
+
+Program::Program(Desktop& desktop, const Start& start) : desktop_(desktop) {
+    if (start.all_files) files_.LinkAll(ULMARO_DATA);
+    for (const auto& [file, bytes] : start.spoilt) files_.Write(file, bytes);
+    for (const std::string& file : start.missing) files_.Remove(file);
+    OpenProbe();
+    SetClock(start.clock);
+
+    Command command;
+    command.words = {ULMARO_PROGRAM};
+    command.folder = files_.Path();
+    command.error_file = output_.Path("said");
+    command.environment = {
+        {"DISPLAY", desktop.Name()},
+        {"ALSOFT_LOGLEVEL", "0"},    // OpenAL keeps to itself that the device was never closed
+        {"ALSOFT_DRIVERS", "null"},  // no sound card in a test
+        {"LD_PRELOAD", PreloadOf(start)},
+        {kProbeVariable, output_.Path("probe")},
+    };
+    for (const auto& [name, value] : start.environment) command.environment[name] = value;
+    process_.emplace(command);
+    if (!start.wait_for_window) return;
+
+    const auto shown = [&] { return (window_ = desktop_.FindWindow(kTitle)) != None && Shown(); };
+    if (!WaitUntil([&] { return shown() || !process_->Running(); }, 30) || !process_->Running()) {
+        Fail("the program shows no window; it said: " + Said());
+    }
+    WaitForFrames(3, 60);
+}
+
+Program::~Program() {
+    process_.reset();
+    if (probe_ != nullptr) munmap(probe_, sizeof(Probe));
+}
+
+void Program::OpenProbe() {
+    output_.Write("probe", std::string(sizeof(Probe), '\0'));
+    const int file = open(output_.Path("probe").c_str(), O_RDWR | O_CLOEXEC);
+    void* record =
+        file < 0 ? MAP_FAILED : mmap(nullptr, sizeof(Probe), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    if (file >= 0) close(file);
+    if (record == MAP_FAILED) Fail("cannot map the probe's file");
+    probe_ = static_cast<Probe*>(record);
+}
+
+bool Program::Shown() const {
+    XWindowAttributes attributes{};
+    XSync(desktop_.Connection(), False);
+    return XGetWindowAttributes(desktop_.Connection(), window_, &attributes) != 0 &&
+           attributes.map_state == IsViewable;
+}
+
+ScreenRect Program::Place() const {
+    Display* connection = desktop_.Connection();
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(connection, window_, &attributes) == 0) Fail("the program's window is gone");
+    ScreenRect place{0, 0, attributes.width, attributes.height};
+    Window child = None;
+    XTranslateCoordinates(connection, window_, attributes.root, 0, 0, &place.x, &place.y, &child);
+    return place;
+}
+
+Image Program::Look() const {
+    const ScreenRect place = Place();
+    XImage* pixels = XGetImage(desktop_.Connection(), window_, 0, 0, static_cast<unsigned int>(place.width),
+                               static_cast<unsigned int>(place.height), AllPlanes, ZPixmap);
+    if (pixels == nullptr) Fail("the window cannot be looked at: it is hidden or leaves the screen");
+    Image image(place.width, place.height);
+    for (int y = 0; y < place.height; ++y) {
+        for (int x = 0; x < place.width; ++x) {
+            const unsigned long pixel = XGetPixel(pixels, x, y);  // 24 bits: red, green, blue
+            image.At(x, y) = {static_cast<std::uint8_t>(pixel >> 16), static_cast<std::uint8_t>(pixel >> 8),
+                              static_cast<std::uint8_t>(pixel)};
+        }
+    }
+    XDestroyImage(pixels);
+    return image;
+}
+
+void Program::WaitForFrames(std::uint64_t count, double seconds) {
+    const std::uint64_t goal = Frames() + count;
+    const auto there = [&] { return Frames() >= goal || !process_->Running(); };
+    if (!WaitUntil(there, seconds)) Fail("the program draws no frames");
+    if (!process_->Running()) Fail("the program has ended; it said: " + Said());
+}
+
+double Program::FramesPerSecond(double seconds) const {
+    const double start = Now();
+    const std::uint64_t before = Frames();
+    SleepSeconds(seconds);
+    return static_cast<double>(Frames() - before) / (Now() - start);
+}
+
+void Program::LetTimePass(double seconds) {
+    probe_->to_pass += static_cast<std::int64_t>(seconds * 1e9);
+    const auto passed = [this] { return probe_->to_pass == 0 || !process_->Running(); };
+    if (!WaitUntil(passed, 60 + seconds)) Fail("the program's time does not pass");
+    WaitForFrames(2);
+}
+
+void Program::MovePointer(CanvasPoint point) {
+    const ScreenRect place = Place();
+    desktop_.MovePointer({place.x + static_cast<int>(point.x * place.width / kCanvas),
+                          place.y + static_cast<int>((kCanvas - point.y) * place.height / kCanvas)});
+    WaitForFrames(2);
+}
+
+void Program::Click(CanvasPoint point, unsigned int button) {
+    MovePointer(point);
+    desktop_.Button(button, true);
+    WaitForFrames(kHeldFrames);
+    desktop_.Button(button, false);
+    WaitForFrames(kHeldFrames);
+}
+
+void Program::Type(KeySym key) {
+    desktop_.Key(key, true);
+    WaitForFrames(kHeldFrames);
+    desktop_.Key(key, false);
+    WaitForFrames(kHeldFrames);
+}
+
+void Program::Resize(const ScreenRect& place) {
+    XMoveResizeWindow(desktop_.Connection(), window_, place.x, place.y,
+                      static_cast<unsigned int>(place.width), static_cast<unsigned int>(place.height));
+    const auto resized = [&] {
+        const ScreenRect now = Place();
+        return now.width == place.width && now.height == place.height;
+    };
+    if (!WaitUntil(resized, 10)) Fail("the window does not take the new size");
+    WaitForFrames(3);
+}
+
+void Program::Minimise() {
+    XIconifyWindow(desktop_.Connection(), window_, DefaultScreen(desktop_.Connection()));
+    if (!WaitUntil([this] { return !Shown(); }, 10)) Fail("the window cannot be minimised");
+}
+
+void Program::Restore() {
+    XMapRaised(desktop_.Connection(), window_);
+    if (!WaitUntil([this] { return Shown(); }, 10)) Fail("the window cannot be shown again");
+}
+
+void Program::Close() {
+    Display* connection = desktop_.Connection();
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window_;
+    event.xclient.message_type = XInternAtom(connection, "_NET_CLOSE_WINDOW", False);
+    event.xclient.format = 32;
+    XSendEvent(connection, DefaultRootWindow(connection), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XSync(connection, False);
+}
+
+}  // namespace desktop

@@ -1,0 +1,214 @@
+// A desktop for tests: an X server of its own with a window manager, and the real program on it.
+//
+// A test reads like someone at the desk:
+//
+//   Desktop desktop;
+//   Program program(desktop, {});
+//   desktop.MovePointer({10, 10});
+//   program.WaitForFrames(2);
+//   const Image image = program.Look();
+//
+// The program runs in a private folder with links to its data files, so a test may take files away or spoil
+// them. Everything that cannot be done stops the test with a message.
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/desktop/image.h"
+#include "tests/desktop/probe.h"
+#include "tests/desktop/process.h"
+
+namespace desktop {
+
+/// A point of the screen in pixels, origin at the top left.
+struct ScreenPoint {
+    int x = 0;
+    int y = 0;
+};
+
+/// A rectangle of the screen in pixels, origin at the top left.
+struct ScreenRect {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+/// A folder of its own under the temporary folder; it goes with the object.
+class Folder {
+  public:
+    /// Makes an empty folder.
+    Folder();
+    ~Folder();
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    /// Returns the path of the folder, or of a file in it.
+    const std::string& Path() const { return path_; }
+    std::string Path(const std::string& file) const { return path_ + "/" + file; }
+
+    /// Links every file of another folder into this one.
+    void LinkAll(const std::string& other) const;
+
+    /// Removes a file or link.
+    void Remove(const std::string& file) const;
+
+    /// Puts a file with these bytes in the place of whatever had the name.
+    void Write(const std::string& file, const std::string& bytes) const;
+
+    /// Returns a file's bytes; empty where there is none.
+    std::string Read(const std::string& file) const;
+
+  private:
+    std::string path_;
+};
+
+/// An X server (1280 x 1024) with a window manager, and the hands on its mouse and keyboard.
+class Desktop {
+  public:
+    static constexpr int kWidth = 1280;
+    static constexpr int kHeight = 1024;
+
+    /// Starts both on a free display and waits until they are ready. The pointer stands in the bottom right
+    /// corner.
+    Desktop();
+    ~Desktop();
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+
+    /// Returns the test's own connection and the display's name, such as ":7".
+    Display* Connection() const { return connection_; }
+    const std::string& Name() const { return name_; }
+
+    /// Puts the pointer on a point of the screen.
+    void MovePointer(ScreenPoint point);
+
+    /// Presses or releases a mouse button (1 is the left one) where the pointer stands.
+    void Button(unsigned int button, bool down);
+
+    /// Presses or releases a key such as XK_Left. It goes to the window that has the focus.
+    void Key(KeySym key, bool down);
+
+    /// Returns the topmost window with that title; None where there is none.
+    Window FindWindow(const std::string& title) const;
+
+    /// Covers a part of the screen with a plain window above all others, until Uncover().
+    void Cover(const ScreenRect& part);
+    void Uncover();
+
+  private:
+    void StartServer();
+    void StartWindowManager();
+
+    Folder folder_;
+    std::string name_;
+    std::optional<Process> server_;
+    std::optional<Process> manager_;
+    Display* connection_ = nullptr;
+    Window cover_ = None;
+};
+
+/// How the program's monotonic clock goes.
+enum class Clock {
+    kRuns,    ///< with real time
+    kInHand,  ///< only by LetTimePass(), from the very start
+};
+
+/// What the program starts with.
+struct Start {
+    Clock clock = Clock::kRuns;
+    bool all_files = true;                      ///< every data file is there; else the folder starts empty
+    std::map<std::string, std::string> spoilt;  ///< files that hold these bytes instead
+    std::vector<std::string> missing;           ///< files that are not there
+    std::map<std::string, std::string> environment;  ///< added to the environment
+    std::vector<std::string> preload;                ///< libraries loaded ahead, such as libfaketime
+    bool wait_for_window = true;  ///< the program is expected to show its window and frames
+};
+
+/// The real program in its window.
+class Program {
+  public:
+    static constexpr char kTitle[] = "Ulmaro Assistant";
+
+    /// Starts the program and, unless told otherwise, waits for its window and its first frames.
+    Program(Desktop& desktop, const Start& start);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    Process& Child() { return *process_; }
+    Folder& Files() { return files_; }
+    Window Handle() const { return window_; }
+
+    /// Returns what the program wrote on standard output and standard error so far.
+    std::string Said() const { return output_.Read("said"); }
+
+    // ---- Looking ----
+
+    /// Returns where the client area is on the screen.
+    ScreenRect Place() const;
+
+    /// Returns what the client area shows. It must be wholly on the screen, shown and not covered.
+    Image Look() const;
+
+    /// Returns the number of frames so far.
+    std::uint64_t Frames() const { return probe_->frames; }
+
+    /// Returns the number of answers that the program has awaited from the X server so far.
+    std::uint64_t RoundTrips() const { return probe_->round_trips; }
+
+    /// Waits until that many more frames were drawn.
+    void WaitForFrames(std::uint64_t count, double seconds = 20);
+
+    /// Watches for some seconds and returns the frames drawn per second.
+    double FramesPerSecond(double seconds) const;
+
+    // ---- Time ----
+
+    /// Returns the program's monotonic clock, seconds since its start.
+    double ClockSeconds() const { return static_cast<double>(probe_->clock) / 1e9; }
+
+    /// Lets the program's clock run with real time, or takes it in hand.
+    void SetClock(Clock clock) { probe_->clock_in_hand = clock == Clock::kInHand; }
+
+    /// Moves a clock in hand by some seconds, at most a tenth each frame, and waits until the window shows
+    /// the last.
+    void LetTimePass(double seconds);
+
+    // ---- Touching ----
+
+    /// Puts the pointer on a canvas point of the window and waits until a frame has seen it there.
+    void MovePointer(CanvasPoint point);
+
+    /// Clicks a canvas point: pointer there, button held for some frames, released.
+    void Click(CanvasPoint point, unsigned int button = 1);
+
+    /// Types a key such as XK_Left: held for some frames, released.
+    void Type(KeySym key);
+
+    /// Moves and resizes the client area and waits until a frame has that size.
+    void Resize(const ScreenRect& place);
+
+    /// Minimises the window, or shows it again, and waits until the window manager has done it.
+    void Minimise();
+    void Restore();
+
+    /// Closes the window as the button in its title bar does.
+    void Close();
+
+  private:
+    void OpenProbe();
+    bool Shown() const;
+
+    Desktop& desktop_;
+    Folder files_;   ///< the program's working folder: its data files and nothing else
+    Folder output_;  ///< what it said, and the probe's file
+    Probe* probe_ = nullptr;
+    std::optional<Process> process_;
+    Window window_ = None;
+};
+
+}  // namespace desktop

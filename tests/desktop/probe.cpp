@@ -1,0 +1,102 @@
+// The library that the desktop tests load into the program; probe.h says what for.
+#include "tests/desktop/probe.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+using desktop::Probe;
+
+namespace {
+
+Probe* probe = nullptr;
+
+/// Returns the function that the program would have called without this library.
+template <typename Function>
+Function Next(const char* name) {
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+/// Maps the record, and hides the library from what the program starts itself.
+__attribute__((constructor)) void OpenProbe() {
+    unsetenv("LD_PRELOAD");
+    const char* path = std::getenv(desktop::kProbeVariable);
+    if (path == nullptr) return;
+    const int file = open(path, O_RDWR | O_CLOEXEC);
+    if (file < 0) return;
+    void* record = mmap(nullptr, sizeof(Probe), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    close(file);
+    if (record != MAP_FAILED) probe = static_cast<Probe*>(record);
+}
+
+constexpr std::int64_t kSecond = 1'000'000'000;
+
+using ClockGetTime = int (*)(clockid_t, timespec*);
+
+int RealClock(clockid_t clock, timespec* time) {
+    static const auto next = Next<ClockGetTime>("clock_gettime");
+    return next(clock, time);
+}
+
+/// Returns the program's own clock in nanoseconds from its start. Main thread only.
+std::int64_t ProgramClock() {
+    static std::int64_t last = -1;
+    timespec time{};
+    RealClock(CLOCK_MONOTONIC, &time);
+    const std::int64_t now = time.tv_sec * kSecond + time.tv_nsec;
+    const std::int64_t passed = last < 0 || probe->clock_in_hand ? 0 : now - last;
+    last = now;
+    return probe->clock += passed;
+}
+
+/// Waits for an answer of the X server and counts it. Xlib waits for requests without an answer too, to learn
+/// of their errors; that costs no round trip of its own and gives null.
+template <typename Request>
+void* AwaitReply(const char* name, void* connection, Request request, void* error) {
+    void* reply = Next<void* (*)(void*, Request, void*)>(name)(connection, request, error);
+    if (probe != nullptr && reply != nullptr) ++probe->round_trips;
+    return reply;
+}
+
+}  // namespace
+
+extern "C" {
+
+void glXSwapBuffers(void* display, unsigned long drawable);
+void* xcb_wait_for_reply(void* connection, unsigned int request, void* error);
+void* xcb_wait_for_reply64(void* connection, std::uint64_t request, void* error);
+
+// The parameters have other names than the C library's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    if (probe == nullptr || clock != CLOCK_MONOTONIC || gettid() != getpid()) return RealClock(clock, time);
+    const std::int64_t now = ProgramClock();
+    time->tv_sec = now / kSecond;
+    time->tv_nsec = now % kSecond;
+    return 0;
+}
+
+void glXSwapBuffers(void* display, unsigned long drawable) {
+    static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
+    next(display, drawable);
+    if (probe == nullptr) return;
+    const std::int64_t step = std::min(probe->to_pass.load(), desktop::kLongestStepNanoseconds);
+    probe->clock += step;
+    probe->to_pass -= step;
+    ++probe->frames;
+}
+
+void* xcb_wait_for_reply(void* connection, unsigned int request, void* error) {
+    return AwaitReply("xcb_wait_for_reply", connection, request, error);
+}
+
+void* xcb_wait_for_reply64(void* connection, std::uint64_t request, void* error) {
+    return AwaitReply("xcb_wait_for_reply64", connection, request, error);
+}
+
+}  // extern "C"

@@ -1,0 +1,111 @@
+// A folder full of raw texture files, for tests that load the program's pictures.
+//
+// Every file gets a size and bytes of its own, so that a test can tell from a texture which file it came
+// from. The program looks its files up in the current directory, so the folder is the current directory while
+// it exists.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "app/textures.h"
+
+/// A picture file and the global that receives its texture.
+struct Picture {
+    const char* file;
+    unsigned int* name;
+};
+
+/// Every picture of the program, in loading order.
+inline const std::vector<Picture>& Pictures() {
+    static const std::vector<Picture> pictures = {
+        {"font", &font},
+        {"background", &background},
+        {"eye_left", &eye_l},
+        {"eye_right", &eye_r},
+        {"hat", &hat},
+        {"sleep", &owl[2]},
+        {"sleep_close_eyes", &owl_ce[2]},
+        {"stand_01", &owl[0]},
+        {"stand_01_close_eyes", &owl_ce[0]},
+        {"stand_02", &owl[1]},
+        {"stand_02_close_eyes", &owl_ce[1]},
+        {"tree", &tree},
+        {"cloud", &cloud},
+        {"circle", &circle},
+        {"button_uncheck", &button[0]},
+        {"button_check", &button[1]},
+        {"close", &button_close},
+        {"add", &button_add},
+        {"trash", &button_trash},
+        {"check", &button_check},
+        {"arrow_up", &button_arrow_u},
+        {"arrow_down", &button_arrow_d},
+        {"ic1", &icns[0]},
+        {"ic2", &icns[1]},
+        {"ic3", &icns[2]},
+        {"ic4", &icns[3]},
+        {"ic5", &icns[4]},
+        {"ic6", &icns[5]},
+        {"ic7", &icns[6]},
+        {"ic8", &icns[7]},
+        {"ic9", &icns[8]},
+        {"GUI_01", &GUI[0]},
+        {"GUI_02", &GUI[1]},
+        {"GUI_03", &GUI[3]},
+        {"notify", &notify_circle},
+    };
+    return pictures;
+}
+
+/// A temporary folder that is the current directory from its making to its end; afterwards it is gone.
+class PictureFolder {
+  public:
+    /// What a whole set of pictures is made of: the width of the nth file (from 0) is n + 1, and every byte
+    /// of it is n + 1. The height is the same for all, so that two folders can be told apart.
+    explicit PictureFolder(std::uint32_t height = 2) : came_from_(std::filesystem::current_path()) {
+        std::string pattern = std::filesystem::temp_directory_path() / "pictures-XXXXXX";
+        path_ = mkdtemp(pattern.data());
+        std::filesystem::current_path(path_);
+        std::uint32_t number = 1;
+        for (const Picture& picture : Pictures()) {
+            Write(picture.file, number, height,
+                  std::vector<std::uint8_t>(std::size_t{number} * height * 4, Byte(number)));
+            ++number;
+        }
+    }
+    PictureFolder(const PictureFolder&) = delete;
+    PictureFolder& operator=(const PictureFolder&) = delete;
+    ~PictureFolder() {
+        std::filesystem::current_path(came_from_);
+        std::filesystem::remove_all(path_);
+    }
+
+    /// Writes a raw texture file whose header and bytes need not belong together.
+    static void Write(const std::string& file, std::uint32_t width, std::uint32_t height,
+                      const std::vector<std::uint8_t>& pixels) {
+        std::vector<std::uint8_t> bytes;
+        for (const std::uint32_t size : {width, height}) {
+            for (int shift = 0; shift < 32; shift += 8) bytes.push_back(Byte(size >> shift));
+        }
+        bytes.insert(bytes.end(), pixels.begin(), pixels.end());
+        WriteBytes(file, bytes);
+    }
+
+    /// Writes any file.
+    static void WriteBytes(const std::string& file, const std::vector<std::uint8_t>& bytes) {
+        std::ofstream out(file, std::ios::binary | std::ios::trunc);
+        for (const std::uint8_t byte : bytes) out.put(static_cast<char>(byte));
+    }
+
+  private:
+    static std::uint8_t Byte(std::uint32_t number) { return static_cast<std::uint8_t>(number & 0xFFU); }
+
+    std::filesystem::path came_from_;
+    std::filesystem::path path_;
+};

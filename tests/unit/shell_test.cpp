@@ -1,0 +1,560 @@
+#include "app/shell.h"
+
+#include <GL/freeglut.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "tests/unit/app_fixture.h"
+
+/// The program's main(), compiled under another name.
+int UlmaroMain(int argc, char** argv);
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+// ---- main ----
+
+class MainTest : public AppTest {
+  protected:
+    static int RunMain() {
+        std::string program = "ulmaro-assistant";
+        char* argv[] = {program.data(), nullptr};
+        return UlmaroMain(1, argv);
+    }
+
+    PictureFolder pictures_;
+};
+
+TEST_F(MainTest, StartsWindowThenSoundThenAssetsThenCallbacksThenTheLoop) {
+    const int status = RunMain();
+
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(
+        fakes::Names({"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand", "glutInitWindowSize",
+                      "glutInitWindowPosition", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent",
+                      "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc",
+                      "glutSpecialUpFunc", "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc",
+                      "glutMainLoop"}),
+        (Calls{"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand", "glutInitWindowSize",
+               "glutInitWindowPosition", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent",
+               "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc", "glutSpecialUpFunc",
+               "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc", "glutMainLoop"}));
+}
+
+TEST_F(MainTest, EntersTheLoopAsItsLastCall) {
+    RunMain();
+
+    EXPECT_TRUE(LogEndsWith({"glutMainLoop()"}));
+}
+
+TEST_F(MainTest, LoadsEveryPictureBeforeItRegistersACallback) {
+    RunMain();
+
+    EXPECT_LT(fakes::IndexOf("glTexImage2D", 34), fakes::IndexOf("glutDisplayFunc"));
+    EXPECT_EQ(fakes::Count("glTexImage2D"), 35U);
+}
+
+TEST_F(MainTest, MakesOneDoubleBufferedWindowWithTheProgramsTitle) {
+    RunMain();
+
+    EXPECT_EQ(fakes::glut().display_mode, static_cast<unsigned int>(GLUT_DOUBLE));
+    EXPECT_EQ(fakes::glut().windows, (Calls{"Ulmaro Assistant"}));
+}
+
+TEST_F(MainTest, SeedsRandWithTheTime) {
+    fakes::world().now = 123456789;
+
+    RunMain();
+
+    ASSERT_FALSE(fakes::world().seeds.empty());
+    EXPECT_EQ(fakes::world().seeds[0], 123456789U);
+}
+
+TEST_F(MainTest, AsksForTheMiddleOfTheScreenOnlyAfterTheWindowIsThere) {
+    fakes::glut().get[GLUT_SCREEN_WIDTH] = 1281;
+    fakes::glut().get[GLUT_SCREEN_HEIGHT] = 1024;
+
+    RunMain();
+
+    EXPECT_EQ(fakes::Lines({"glutCreateWindow", "glutInitWindowSize", "glutInitWindowPosition"}),
+              (Calls{"glutCreateWindow(\"Ulmaro Assistant\")", "glutInitWindowSize(300, 300)",
+                     "glutInitWindowPosition(490, 362)"}));
+}
+
+TEST_F(MainTest, RoundsThePlaceOnAScreenSmallerThanTheWindowTowardZero) {
+    fakes::glut().get[GLUT_SCREEN_WIDTH] = 201;
+    fakes::glut().get[GLUT_SCREEN_HEIGHT] = 299;
+
+    RunMain();
+
+    EXPECT_EQ(fakes::Lines({"glutInitWindowPosition"}), (Calls{"glutInitWindowPosition(-49, 0)"}));
+}
+
+TEST_F(MainTest, RegistersTheCallbacksOfTheScreensAndOneTimerForHiddenFrames) {
+    RunMain();
+
+    const fakes::Glut& glut = fakes::glut();
+    EXPECT_EQ(glut.display, &display);
+    EXPECT_EQ(glut.reshape, &reshape);
+    EXPECT_EQ(glut.special, &keyboard_down);
+    EXPECT_EQ(glut.special_up, &keyboard_up);
+    EXPECT_EQ(glut.mouse, &mouse_event);
+    EXPECT_EQ(glut.passive_motion, &mouse);
+    EXPECT_EQ(glut.motion, &mouse);
+    EXPECT_EQ(glut.timers.size(), 1U);
+}
+
+TEST_F(MainTest, RegistersNeitherAnIdleNorAKeyboardCallback) {
+    RunMain();
+
+    EXPECT_EQ(fakes::glut().idle, nullptr);
+    EXPECT_EQ(fakes::glut().keyboard, nullptr);
+    EXPECT_EQ(fakes::glut().keyboard_up, nullptr);
+}
+
+TEST_F(MainTest, DrawsAHiddenWindowByTheDisplayCallback) {
+    RunMain();
+    fakes::glut().FireTimers();  // whatever was presented before, no frame comes between this look ...
+
+    fakes::glut().FireTimers();  // ... and this one
+
+    EXPECT_GE(fakes::glut().redisplays, 1);
+    EXPECT_GE(fakes::Count("MonotonicNanoseconds"), 1U);
+}
+
+TEST_F(MainTest, StartsWithoutASoundDevice) {
+    fakes::al().has_device = false;
+
+    const int status = RunMain();
+
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(fakes::glut().main_loops, 1);
+}
+
+// ---- Values at start ----
+
+TEST(ProgramStartTest, GlobalsOfTheShellHaveTheirStartValues) {
+    ExpectInFreshProcess([] { return global_time == 0 && menu_case_id == -1 && enable_sfx; });
+}
+
+TEST(ProgramStartTest, GlobalsOfTheCharacterStartAtZeroAndFalse) {
+    ExpectInFreshProcess([] { return anim == 0 && !spawn_question && !spawn_laugh && !new_notify; });
+}
+
+TEST(ProgramStartTest, InputStartsAtZeroAndFalse) {
+    ExpectInFreshProcess([] {
+        return touch_coord_x == 0 && touch_coord_y == 0 && !single_touch && !touch_event &&
+               std::none_of(std::begin(key_state), std::end(key_state), [](bool pressed) { return pressed; });
+    });
+}
+
+TEST(ProgramStartTest, TexturesStartUnnamed) {
+    ExpectInFreshProcess([] {
+        return GUI[2] == 0 && std::all_of(Pictures().begin(), Pictures().end(),
+                                          [](const Picture& picture) { return *picture.name == 0; });
+    });
+}
+
+TEST(ProgramStartTest, TheFirstReadingOfTheClockMeasuresFromZero) {
+    ExpectInFreshProcess([] {
+        fakes::desktop().nanoseconds = (std::uint64_t{7} << 32U) + 1'500'000'000;
+        float dt = -1;
+        GetGlobalTime(dt);
+        return dt == 1.5F;
+    });
+}
+
+TEST(ProgramStartTest, TheFirstFrameAdvancesNoTimer) {
+    ExpectInFreshProcess([] {
+        fakes::desktop().nanoseconds = 200'000'000;
+        display();
+        return character.bt == 0 && character.cet == 0 && global_time == 0.2F;
+    });
+}
+
+// ---- init ----
+
+class InitTest : public AppTest {
+  protected:
+    PictureFolder pictures_;
+};
+
+TEST_F(InitTest, SetsTheGlStateBeforeTheFirstPicture) {
+    init();
+
+    EXPECT_TRUE(LogBeginsWith({
+        "glShadeModel(GL_SMOOTH)",
+        "glClearColor(0.5, 0.5, 0.5, 1)",
+        "glClearDepth(1)",
+        "glEnable(GL_DEPTH_TEST)",
+        "glDepthFunc(GL_LEQUAL)",
+        "glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST)",
+        "glEnable(GL_TEXTURE_2D)",
+        "glGenTextures(1)",
+    }));
+}
+
+TEST_F(InitTest, LoadsEveryPicture) {
+    init();
+
+    for (const Picture& picture : Pictures()) {
+        EXPECT_EQ(fakes::gl().textures.count(*picture.name), 1U) << picture.file;
+    }
+}
+
+// ---- display ----
+
+class DisplayTest : public AppTest {
+  protected:
+    /// Lets the next display() measure that its frame took so long.
+    static void LetFrameTake(std::uint64_t nanoseconds) { fakes::desktop().nanoseconds += nanoseconds; }
+};
+
+TEST_F(DisplayTest, ClearsAndEntersTheCanvasBeforeItDraws) {
+    display();
+
+    EXPECT_TRUE(LogBeginsWith({
+        "glClearColor(0, 0, 0, 0)",
+        "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)",
+        "glLoadIdentity()",
+        "glMatrixMode(GL_PROJECTION)",
+        "glPushMatrix()",
+        "glLoadIdentity()",
+        "glOrtho(0, 512, 0, 512, -1, 1)",
+        "glMatrixMode(GL_MODELVIEW)",
+        "glPushMatrix()",
+        "glLoadIdentity()",
+        "glPushMatrix()",
+        "glEnable(GL_TEXTURE_2D)",
+        "glBindTexture(GL_TEXTURE_2D, " + std::to_string(background) + ")",
+    }));
+}
+
+TEST_F(DisplayTest, LeavesTheCanvasPresentsMeasuresAndAsksForTheNextFrame) {
+    display();
+
+    EXPECT_TRUE(LogEndsWith({
+        "glPopMatrix()",
+        "glMatrixMode(GL_PROJECTION)",
+        "glPopMatrix()",
+        "glMatrixMode(GL_MODELVIEW)",
+        "glPopMatrix()",
+        "glFlush()",
+        "glFinish()",
+        "glutSwapBuffers()",
+        "MonotonicNanoseconds()",
+        "glutPostRedisplay()",
+    }));
+}
+
+TEST_F(DisplayTest, LeavesAPanelAsItLeavesTheCharacter) {
+    menu_case_id = 0;
+
+    display();
+
+    EXPECT_TRUE(LogEndsWith({"glPopMatrix()", "glMatrixMode(GL_PROJECTION)", "glPopMatrix()",
+                             "glMatrixMode(GL_MODELVIEW)", "glPopMatrix()", "glFlush()", "glFinish()",
+                             "glutSwapBuffers()", "MonotonicNanoseconds()", "glutPostRedisplay()"}));
+}
+
+TEST_F(DisplayTest, BalancesItsStacksOnEveryScreen) {
+    for (menu_case_id = -1; menu_case_id <= 3; ++menu_case_id) {
+        display();
+
+        EXPECT_EQ(fakes::gl().modelview.size(), 1U) << "screen " << menu_case_id;
+        EXPECT_EQ(fakes::gl().projection.size(), 1U) << "screen " << menu_case_id;
+        EXPECT_EQ(fakes::gl().matrix_mode, static_cast<GLenum>(GL_MODELVIEW)) << "screen " << menu_case_id;
+    }
+}
+
+TEST_F(DisplayTest, KeepsThePerspectiveBetweenFrames) {
+    reshape(300, 300);
+    const fakes::Mat4 perspective = fakes::gl().projection.back();
+
+    display();
+
+    EXPECT_EQ(fakes::gl().projection.back(), perspective);
+}
+
+TEST_F(DisplayTest, DrawsTheCanvasOverTheWholeWindowWhateverWasInTheModelView) {
+    glTranslatef(5, 6, 0);
+
+    display();
+
+    EXPECT_EQ(fakes::Bounds(fakes::gl().DrawnWith(background).at(0)), (fakes::Rect{0, 0, 512, 512}));
+    EXPECT_EQ(fakes::Bounds(fakes::gl().DrawnWith(tree).at(0)), (fakes::Rect{0, 0, 512, 512}));
+}
+
+TEST_F(DisplayTest, TakesTheLocalTimeOnceAFrame) {
+    fakes::SetLocalTime(2013, 2, 28, 23, 59, 58);
+
+    display();
+
+    EXPECT_EQ(fakes::world().time_calls, 1);
+    EXPECT_EQ(fakes::world().localtime_calls, 1);
+    EXPECT_EQ(frame_time.tm_year, 113);
+    EXPECT_EQ(frame_time.tm_mon, 1);
+    EXPECT_EQ(frame_time.tm_mday, 28);
+    EXPECT_EQ(frame_time.tm_hour, 23);
+    EXPECT_EQ(frame_time.tm_min, 59);
+    EXPECT_EQ(frame_time.tm_sec, 58);
+}
+
+TEST_F(DisplayTest, TakesTheLocalTimeAnewInEveryFrame) {
+    fakes::SetLocalTime(2013, 2, 28, 23, 59, 59);
+    display();
+    fakes::world().now += 1;
+
+    display();
+
+    EXPECT_EQ(frame_time.tm_mon, 2);
+    EXPECT_EQ(frame_time.tm_mday, 1);
+    EXPECT_EQ(frame_time.tm_sec, 0);
+}
+
+TEST_F(DisplayTest, DrawsTheCharacterWhileNoPanelIsOpen) {
+    display();
+
+    EXPECT_EQ(fakes::gl().DrawnWith(tree).size(), 1U);
+    for (const unsigned int panel : GUI) EXPECT_TRUE(fakes::gl().DrawnWith(panel).empty());
+}
+
+TEST_F(DisplayTest, DrawsThePictureOfTheOpenPanelOverTheWholeCanvasAndNoCharacter) {
+    for (int panel = 0; panel <= 3; ++panel) {
+        fakes::gl().primitives.clear();
+        menu_case_id = panel;
+
+        display();
+
+        ASSERT_FALSE(fakes::gl().primitives.empty());
+        EXPECT_EQ(fakes::gl().primitives[0].texture, GUI[panel]) << "panel " << panel;
+        EXPECT_EQ(fakes::Bounds(fakes::gl().primitives[0]), (fakes::Rect{0, 0, 512, 512}));
+        EXPECT_TRUE(Scene().empty());
+    }
+}
+
+TEST_F(DisplayTest, ShowsTheSamePictureForTheEditorAndTheView) {
+    const PictureFolder pictures;
+    LoadTextures();
+
+    menu_case_id = 1;
+    display();
+    menu_case_id = 2;
+    display();
+
+    EXPECT_EQ(fakes::gl().DrawnWith(GUI[1]).size(), 2U);
+}
+
+TEST_F(DisplayTest, OpeningAnyPanelDropsAQuizOffer) {
+    for (menu_case_id = 0; menu_case_id <= 3; ++menu_case_id) {
+        spawn_question = true;
+
+        display();
+
+        EXPECT_FALSE(spawn_question) << "panel " << menu_case_id;
+    }
+}
+
+TEST_F(DisplayTest, TheCharacterScreenKeepsAQuizOffer) {
+    spawn_question = true;
+
+    display();
+
+    EXPECT_TRUE(spawn_question);
+}
+
+TEST_F(DisplayTest, TheOwlsTimersStandStillWhileAPanelIsOpen) {
+    display();
+    const CharacterState before = character;
+    menu_case_id = 0;
+
+    for (int frame = 0; frame < 10; ++frame) {
+        LetFrameTake(100'000'000);
+        display();
+    }
+
+    EXPECT_EQ(character.bt, before.bt);
+    EXPECT_EQ(character.sqt, before.sqt);
+    EXPECT_EQ(character.cet, before.cet);
+    EXPECT_EQ(character.ste, before.ste);
+    EXPECT_EQ(character.swap_te, before.swap_te);
+    EXPECT_EQ(fakes::desktop().pointer_calls, 1);
+}
+
+TEST_F(DisplayTest, AFramesDurationIsTheStepOfTheNextFrame) {
+    LetFrameTake(125'000'000);
+    display();
+    EXPECT_EQ(global_time, 0.125F);
+    EXPECT_EQ(character.bt, 0);
+
+    display();
+
+    EXPECT_EQ(character.bt, 0.125F);
+    EXPECT_EQ(global_time, 0);
+}
+
+TEST_F(DisplayTest, AFrameOfAQuarterSecondCounts) {
+    LetFrameTake(250'000'000);
+
+    display();
+
+    EXPECT_EQ(global_time, 0.25F);
+}
+
+TEST_F(DisplayTest, ALongerFrameCountsAsNothing) {
+    LetFrameTake(250'000'030);
+
+    display();
+
+    EXPECT_EQ(global_time, 0);
+}
+
+TEST_F(DisplayTest, AfterAFrameOfThreeTenthsOfASecondNoTimerAdvances) {
+    LetFrameTake(300'000'000);
+    display();
+
+    display();
+
+    EXPECT_EQ(character.bt, 0);
+    EXPECT_EQ(character.cet, 0);
+    EXPECT_EQ(character.swap_te, 0);
+}
+
+TEST_F(DisplayTest, ClearsTheFlagsThatLastOneFrame) {
+    single_touch = true;
+    touch_event = true;
+    key_state[GLUT_KEY_F1] = key_state[255] = true;
+
+    display();
+
+    EXPECT_FALSE(single_touch);
+    EXPECT_TRUE(touch_event);  // nothing reads it, so nothing clears it
+    EXPECT_TRUE(
+        std::none_of(std::begin(key_state), std::end(key_state), [](bool pressed) { return pressed; }));
+}
+
+TEST_F(DisplayTest, KeepsThePointersPlace) {
+    mouse(12, 34);
+
+    display();
+
+    EXPECT_EQ(touch_coord_x, 12);
+    EXPECT_EQ(touch_coord_y, 34);
+}
+
+TEST_F(DisplayTest, AsksForTheNextFrameOnce) {
+    display();
+
+    EXPECT_EQ(fakes::glut().redisplays, 1);
+    EXPECT_EQ(fakes::glut().swaps, 1);
+}
+
+TEST_F(DisplayTest, AsksTheWindowSystemForEachNumberAtMostOnceAFrame) {
+    display();
+
+    EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_X], 1);
+    EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_Y], 1);
+    EXPECT_LE(fakes::glut().get_calls[GLUT_WINDOW_WIDTH], 1);
+    EXPECT_LE(fakes::glut().get_calls[GLUT_WINDOW_HEIGHT], 1);
+    EXPECT_EQ(fakes::desktop().pointer_calls, 1);
+}
+
+TEST_F(DisplayTest, KeepsTheWindowsSizeOverFrames) {
+    EXPECT_EQ(WindowWidth() + WindowHeight(), 600);
+
+    display();
+    EXPECT_EQ(WindowWidth() + WindowHeight(), 600);
+
+    EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_WIDTH], 1);
+    EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_HEIGHT], 1);
+}
+
+TEST_F(DisplayTest, NoticesInTheNextFrameThatTheWindowHasMoved) {
+    fakes::glut().get[GLUT_WINDOW_X] = 100;
+    display();
+    EXPECT_EQ(WindowX(), 100);
+    fakes::glut().get[GLUT_WINDOW_X] = 700;
+
+    display();
+
+    EXPECT_EQ(WindowX(), 700);
+    EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_X], 2);
+}
+
+// ---- GetGlobalTime ----
+
+class GlobalTimeTest : public AppTest {
+  protected:
+    /// Returns what GetGlobalTime stores when the clock shows `last` and then `now`.
+    static float Measure(std::uint64_t last, std::uint64_t now) {
+        SetLastClockReading(last);
+        fakes::desktop().nanoseconds = now;
+        float dt = -1;
+        GetGlobalTime(dt);
+        return dt;
+    }
+};
+
+constexpr std::uint64_t kWrap = std::uint64_t{1} << 32U;
+
+TEST_F(GlobalTimeTest, IsTheTimeSinceThePreviousCallInSeconds) {
+    EXPECT_EQ(Measure(1'000'000'000, 1'016'000'000), 0.016F);
+}
+
+TEST_F(GlobalTimeTest, IsZeroWhenTheClockStoodStill) {
+    EXPECT_EQ(Measure(5, 5), 0);
+}
+
+TEST_F(GlobalTimeTest, CountsSingleNanoseconds) {
+    EXPECT_EQ(Measure(7, 8), 1e-9F);
+}
+
+TEST_F(GlobalTimeTest, DividesInDoublePrecision) {
+    // In single precision this would come out as 0.10004986.
+    EXPECT_EQ(Measure(0, 100'049'866), 0.100049866F);
+}
+
+TEST_F(GlobalTimeTest, GoesOnOverTheWrapOf32Bits) {
+    EXPECT_EQ(Measure(kWrap - 1'000'000, kWrap + 3'000'000), 0.004F);
+}
+
+TEST_F(GlobalTimeTest, KeepsOnlyTheLow32Bits) {
+    EXPECT_EQ(Measure(9 * kWrap, 12 * kWrap + 500'000'000), 0.5F);
+}
+
+TEST_F(GlobalTimeTest, IsRightUpToTheLargestSignedDifference) {
+    EXPECT_EQ(Measure(100, 2'147'483'747), 2.147483647F);
+}
+
+TEST_F(GlobalTimeTest, IsZeroForALongerTimeThatLooksNegative) {
+    EXPECT_EQ(Measure(100, 2'147'483'748), 0);
+    EXPECT_EQ(Measure(0, 4'000'000'000), 0);
+}
+
+TEST_F(GlobalTimeTest, IsZeroWhenTheClockGoesBack) {
+    EXPECT_EQ(Measure(1'000'000'000, 999'999'999), 0);
+}
+
+TEST_F(GlobalTimeTest, MeasuresFromThereAfterTheClockWentBack) {
+    Measure(1'000'000'000, 400'000'000);
+    fakes::desktop().nanoseconds = 500'000'000;
+
+    float dt = -1;
+    GetGlobalTime(dt);
+
+    EXPECT_EQ(dt, 0.1F);
+}
+
+TEST_F(GlobalTimeTest, ReadsTheClockOnce) {
+    float dt = 0;
+    GetGlobalTime(dt);
+
+    EXPECT_EQ(fakes::desktop().clock_calls, 1);
+}
+
+}  // namespace
