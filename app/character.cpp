@@ -8,6 +8,8 @@
 
 #include "app/desktop.h"
 #include "app/input.h"
+#include "app/menu.h"
+#include "app/notifications.h"
 #include "app/shell.h"
 #include "app/textures.h"
 #include "engine/MacEngine.h"
@@ -18,7 +20,6 @@
 int anim = kStanding;
 bool spawn_question = false;
 bool spawn_laugh = false;
-bool new_notify = false;
 CharacterState character;
 
 namespace {
@@ -49,8 +50,7 @@ struct OwlFrame {
     bool eyes_centred = false;  ///< the owl looks straight ahead
 };
 
-// ---- Timers
-// ---------------------------------------------------------------------------------------------------------
+// ---- Timers ----
 
 void DrawFirstDelays() {
     if (character.drawn_delays) return;
@@ -215,8 +215,7 @@ void EndQuizOffer() {
     character.sqte = 0;
 }
 
-// ---- Drawing
-// --------------------------------------------------------------------------------------------------------
+// ---- Drawing ----
 
 void DrawBackground() {
     glBindTexture(GL_TEXTURE_2D, background);
@@ -295,8 +294,13 @@ void DrawThoughtBubble() {
 
 }  // namespace
 
-// ---- Render
-// ---------------------------------------------------------------------------------------------------------
+void StopLaughing() {
+    character.laugh = false;
+    character.bt = 0;
+    character.lte = 0;
+}
+
+// ---- Render ----
 
 void Render() {
     OwlFrame frame;
@@ -326,6 +330,7 @@ void Render() {
     DrawEyes(frame);
     DrawHat(frame);
     DrawThoughtBubble();
+    ActionMenu();
 
     EndQuizOffer();
     glPopMatrix();

@@ -17,9 +17,6 @@ extern bool spawn_question;
 /// A laugh is wanted. Written by the quiz after a wrong answer, taken by Render().
 extern bool spawn_laugh;
 
-/// An event is due. Written by the notification pass, read one frame later by Render().
-extern bool new_notify;
-
 /// What the owl remembers from frame to frame; times are seconds of character-screen time.
 struct CharacterState {
     float bt = 0;                      ///< animation clock; starts again with a laugh
@@ -40,6 +37,9 @@ struct CharacterState {
 
 /// Written by Render(); the menu and the notices end a laugh through it.
 extern CharacterState character;
+
+/// Ends a laugh at once; the animation clock starts again.
+void StopLaughing();
 
 /// Draws one frame of the character screen and advances the owl by global_time. The canvas must be set up.
 void Render();

@@ -10,17 +10,12 @@
 //   between frames   mouse_event(left, up)      single_touch = false
 //
 // A press and its release between the same two frames leave nothing.
+//
+// The widgets' part of this state (touch_coord_x, touch_coord_y, single_touch) is declared in engine/host.h.
 #pragma once
 
+#include "engine/host.h"
 #include "engine/vector3f.h"
-
-/// Where the pointer last was inside the window, in window pixels, origin top left. Written by mouse().
-extern float touch_coord_x;
-extern float touch_coord_y;
-
-/// A left press since the last frame. Written by mouse_event(), read by every button, cleared by the frame's
-/// end.
-extern bool single_touch;
 
 /// The left button as mouse_event() last saw it. Nothing reads it.
 extern bool touch_event;

@@ -11,6 +11,7 @@
 #include "app/window.h"
 #include "engine/MotionBlur.h"
 #include "engine/WindowMetrics.h"
+#include "engine/canvas.h"
 
 float global_time = 0;
 int menu_case_id = -1;
@@ -32,25 +33,11 @@ void ClearFrame() {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-void EnterCanvas() {
+/// Enters the canvas from an untouched model-view matrix.
+void BeginCanvas() {
     glLoadIdentity();
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, 512, 0, 512, -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    glPushMatrix();
+    EnterCanvas();
     glEnable(GL_TEXTURE_2D);
-}
-
-void LeaveCanvas() {
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
 }
 
 /// Draws the panel picture of the open screen. A waiting quiz offer is dropped as soon as a panel is open.
@@ -82,7 +69,7 @@ void display() {
     ForgetWindowPlace();
     TakeLocalTime();
     ClearFrame();
-    EnterCanvas();
+    BeginCanvas();
     if (menu_case_id < 0) {
         Render();
     } else {

@@ -5,11 +5,12 @@
 // no magic number.
 #pragma once
 
+#include "engine/host.h"  // font
+
 // Texture names. Written by LoadTextures(), never deleted; read by whoever draws.
 extern unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
 extern unsigned int owl[3];     ///< the owl with open eyes, indexed by pose
 extern unsigned int owl_ce[3];  ///< the owl with closed eyes, indexed by pose
-extern unsigned int font;
 extern unsigned int button[2];  ///< unchecked, checked
 extern unsigned int button_close, button_add, button_trash, button_check, button_arrow_u, button_arrow_d;
 extern unsigned int

@@ -5,7 +5,8 @@
 //   3. Interpolation       percentages and the rule of three
 //   4. Geometry            angles, distances, intersections          (2 to 4: geometry.cpp)
 //   5. Screen              rectangles, planes, particles, a sky box  (screen.cpp)
-//   6. Time                a date and time as one number             (screen.cpp)
+//   6. Text                lines and boxes in the bitmap font        (text.cpp)
+//   7. Time                a date and time as one number             (screen.cpp)
 //
 // Nothing here guards against odd numbers: NaN and infinity go in and out as IEEE 754 has it.
 #pragma once
@@ -124,7 +125,34 @@ void RenderParticle(float size, bool random_roll);
 void RenderSkyBoxMask(unsigned int t0, unsigned int t1, unsigned int t2, unsigned int t3, unsigned int t4,
                       unsigned int t5);
 
-// ---- 6. Time --------------------------------------------------------------------------------------
+// ---- 6. Text --------------------------------------------------------------------------------------
+//
+// Positions and sizes are canvas units; (x, y) is the bottom left corner of the first glyph's square, `size`
+// half its edge. The glyphs come from the texture `font`, tinted by the current colour; each advances
+// by 1.025 * size. A text that is too long for the printer's buffer is cut. Afterwards the matrix mode is
+// model-view, blending is off, depth is written, and the texture and the vertex array stay enabled, which is
+// meant.
+
+/// Returns the font's cell of a character: its value less 32, row by row from the top left. Characters before
+/// the blank, and those beyond ASCII because a character is signed, give a negative number and are drawn as
+/// the blank.
+int ConvertCharToGlASCII(char c);
+
+/// Prints a line of at most 255 bytes; `centered` puts its middle on x. Does nothing without a format.
+void glPrintText(float x, float y, float size, bool centered, const char* format, ...)
+    __attribute__((format(printf, 5, 6)));
+
+/// Prints a text of at most 511 bytes that goes on one line further down after `width` characters, or `width`
+/// + 1 in the first line. Only the count breaks a line: words may be split, and a newline is a blank. Does
+/// nothing without a format.
+void glPrintTextBox(float x, float y, float size, int width, const char* format, ...)
+    __attribute__((format(printf, 5, 6)));
+
+/// Prints a line in GLUT's 24-point Times Roman at (x, y, -10) of the projection's space. The program never
+/// calls it.
+void glPrint(float x, float y, char* text);
+
+// ---- 7. Time --------------------------------------------------------------------------------------
 
 /// Returns a date and time as minutes since the start of 1900 in a calendar whose months all have 31 days.
 ///

@@ -4,20 +4,22 @@
 
 #include <list>
 
+#include "engine/canvas.h"
+
 namespace {
 
-/// Edge of the canvas in canvas units, and of a captured frame in pixels.
-constexpr int kCanvas = 512;
+/// Edge of a captured frame, pixels.
+constexpr int kFrameEdge = 512;
 
 /// Copies the lower left of the frame buffer into a new texture and returns its name. The texture is bound.
 GLuint CaptureFrame() {
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, kCanvas, kCanvas, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, kFrameEdge, kFrameEdge, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, kCanvas, kCanvas);
+    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, kFrameEdge, kFrameEdge);
     return texture;
 }
 
@@ -33,15 +35,8 @@ void Trim(std::list<GLuint>& textures, unsigned int frames) {
 }  // namespace
 
 void RenderOnViewport() {
-    constexpr float kHalf = 256.0F;
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, kCanvas, 0, kCanvas, -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    glPushMatrix();
+    constexpr float kHalf = kCanvasEdge / 2;
+    EnterCanvas();
     glEnable(GL_TEXTURE_2D);
     glTranslatef(kHalf, kHalf, 0.0F);
 
@@ -56,12 +51,7 @@ void RenderOnViewport() {
     glTexCoord2f(0.0F, 1.0F);
     glVertex3f(-kHalf, kHalf, 0.0F);
     glEnd();
-
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
+    LeaveCanvas();
 }
 
 void ReshapeViewport(int /*w*/, int /*h*/) {}

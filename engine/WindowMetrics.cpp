@@ -2,6 +2,7 @@
 
 #include <GL/freeglut.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -25,10 +26,10 @@ Metric top{GLUT_WINDOW_Y, {}};
 }  // namespace
 
 int WindowWidth() {
-    return width.Get();
+    return std::max(width.Get(), 1);
 }
 int WindowHeight() {
-    return height.Get();
+    return std::max(height.Get(), 1);
 }
 int WindowX() {
     return left.Get();

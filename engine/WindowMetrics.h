@@ -5,10 +5,10 @@
 // which it does not tell, is kept to the end of the frame.
 #pragma once
 
-/// Returns the window's width in pixels.
+/// Returns the window's width in pixels, at least 1.
 int WindowWidth();
 
-/// Returns the window's height in pixels.
+/// Returns the window's height in pixels, at least 1.
 int WindowHeight();
 
 /// Returns the screen column of the window's left edge, in pixels.

@@ -1,10 +1,10 @@
 // Index: Folder, Desktop, Program.
 #include "tests/desktop/desktop.h"
 
-#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -60,10 +60,12 @@ int IgnoreError(Display* /*display*/, XErrorEvent* /*error*/) {
     return 0;
 }
 
-/// Reads the display number that the server writes when it is ready; empty where none comes.
+/// Reads the display number that the server writes when it is ready; empty where none comes within 30
+/// seconds.
 std::string ReadLine(int pipe) {
     std::string line;
-    for (char c = 0; read(pipe, &c, 1) == 1 && c != '\n';) line += c;
+    pollfd ready{pipe, POLLIN, 0};
+    for (char c = 0; poll(&ready, 1, 30'000) == 1 && read(pipe, &c, 1) == 1 && c != '\n';) line += c;
     return line;
 }
 
@@ -75,40 +77,49 @@ std::string TitleOf(Display* connection, Window window) {
     return title;
 }
 
-/// Returns the window's children, topmost first.
-std::vector<Window> ChildrenOf(Display* connection, Window window) {
-    Window root = None;
+/// A window's place in the tree of windows.
+struct Family {
     Window parent = None;
+    std::vector<Window> children;  ///< topmost first
+};
+
+Family FamilyOf(Display* connection, Window window) {
+    Family family;
+    Window root = None;
     Window* children = nullptr;
     unsigned int count = 0;
-    if (XQueryTree(connection, window, &root, &parent, &children, &count) == 0) return {};
-    std::vector<Window> result(children, children + count);
+    if (XQueryTree(connection, window, &root, &family.parent, &children, &count) == 0) return {};
+    family.children.assign(children, children + count);
     if (children != nullptr) XFree(children);
-    std::reverse(result.begin(), result.end());
-    return result;
+    std::reverse(family.children.begin(), family.children.end());
+    return family;
 }
 
 Window FindBelow(Display* connection, Window window, const std::string& title) {
     if (TitleOf(connection, window) == title) return window;
-    for (const Window child : ChildrenOf(connection, window)) {
+    for (const Window child : FamilyOf(connection, window).children) {
         const Window found = FindBelow(connection, child, title);
         if (found != None) return found;
     }
     return None;
 }
 
-/// Returns whether a window manager has announced itself.
-bool HasWindowManager(Display* connection) {
-    const Atom check = XInternAtom(connection, "_NET_SUPPORTING_WM_CHECK", False);
-    Atom type = None;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long left = 0;
-    unsigned char* data = nullptr;
-    XGetWindowProperty(connection, DefaultRootWindow(connection), check, 0, 1, False, XA_WINDOW, &type,
-                       &format, &count, &left, &data);
-    if (data != nullptr) XFree(data);
-    return count == 1;
+/// Returns whether a window manager takes a new window into its care: gives it a frame and shows it.
+bool ManagesNewWindows(Display* connection) {
+    const Window root = DefaultRootWindow(connection);
+    const Window window = XCreateSimpleWindow(connection, root, 0, 0, 50, 50, 0, 0, 0);
+    XMapWindow(connection, window);
+    const auto managed = [&] {
+        XWindowAttributes attributes{};
+        XSync(connection, False);
+        return FamilyOf(connection, window).parent != root &&
+               XGetWindowAttributes(connection, window, &attributes) != 0 &&
+               attributes.map_state == IsViewable;
+    };
+    const bool result = WaitUntil(managed, 0.5);
+    XDestroyWindow(connection, window);
+    XSync(connection, False);
+    return result;
 }
 
 }  // namespace
@@ -154,7 +165,8 @@ void Desktop::StartWindowManager() {
                            {"XDG_DATA_HOME", folder_.Path()}};
     command.error_file = folder_.Path("manager");
     manager_.emplace(command);
-    if (!WaitUntil([this] { return HasWindowManager(connection_); }, 20)) {
+    // It announces itself before it is ready, and forgets windows that are mapped in between.
+    if (!WaitUntil([this] { return ManagesNewWindows(connection_); }, 30)) {
         Fail("no window manager: " + folder_.Read("manager"));
     }
 }

@@ -1405,12 +1405,12 @@ TEST_F(CharacterTest, AnOfferTakenEarlierLeavesNoTimeForTheNext) {
 
 // ---- Long runs ----
 
-TEST_F(CharacterTest, InHoursOfRunningEverythingKeepsItsBounds) {
+TEST_F(CharacterTest, InAnHourOfRunningEverythingKeepsItsBounds) {
     character = CharacterState();
     int offers = 0;
     bool offered = false;
     bool seen[3] = {};
-    for (int frame = 0; frame < 4 * 3600 * 2 && !HasFailure(); ++frame) {  // two hours
+    for (int frame = 0; frame < 4 * 3600 && !HasFailure(); ++frame) {
         RunFrame(0.25F);
 
         ExpectWithin(character.next_sq, 900, 1800);
@@ -1426,8 +1426,8 @@ TEST_F(CharacterTest, InHoursOfRunningEverythingKeepsItsBounds) {
     }
 
     EXPECT_TRUE(seen[0] && seen[1] && seen[2]);
-    EXPECT_GE(offers, 3);  // every 30 minutes at the latest
-    EXPECT_LE(offers, 8);  // every 15 minutes at the earliest
+    EXPECT_GE(offers, 1);  // every 30 minutes at the latest
+    EXPECT_LE(offers, 3);  // every 15 minutes at the earliest
 }
 
 }  // namespace

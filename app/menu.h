@@ -1,0 +1,7 @@
+// The action menu: five round icons down the left edge of the character screen, the only way into the
+// program's functions, and the status line with date and time.
+#pragma once
+
+/// Draws the menu and the status line, and does what a clicked item does; part of each frame of the character
+/// screen.
+void ActionMenu();
