@@ -25,12 +25,12 @@ constexpr char kFirst = ' ';
 constexpr char kLast = '~';
 
 constexpr double kAdvance = 1.025 / 2;  ///< of a cell's edge
-constexpr double kInk = 0.47;           ///< the widest glyph without its dark edge, of a cell's edge
+constexpr double kInk = 0.46;           ///< the widest glyph without its dark edge, of a cell's edge
 
 /// The dark edge is painted as rings of this many steps, each this opaque, out to this distance.
-constexpr int kEdgeSteps = 4;
-constexpr double kEdgeOpacity = 0.30;
-constexpr double kEdgeReach = 0.055;  ///< of a cell's edge
+constexpr int kEdgeSteps = 5;
+constexpr double kEdgeOpacity = 0.33;
+constexpr double kEdgeReach = 0.095;  ///< of a cell's edge
 
 [[noreturn]] void Fail(const std::string& message) {
     std::cerr << "bake_font: " << message << '\n';
