@@ -121,7 +121,7 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
     if (const char* reason = ReadRawImage(path, image)) {
         glDeleteTextures(1, &texture);
         std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
-        std::exit(EXIT_FAILURE);
+        std::quick_exit(EXIT_FAILURE);  // not exit: OpenAL would add a line about its open device
     }
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width),
                  static_cast<GLsizei>(image.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
