@@ -18,6 +18,7 @@
 
 #include "app/character.h"
 #include "app/input.h"
+#include "app/notifications.h"
 #include "app/shell.h"
 #include "app/textures.h"
 #include "app/window.h"
@@ -64,6 +65,7 @@ class AppTest : public fakes::Test {
         frame_time = {};
         anim = kStanding;
         spawn_question = spawn_laugh = new_notify = false;
+        n_notify = 0;
         character = CharacterState();
         mouse(0, 0);
         single_touch = touch_event = false;

@@ -143,7 +143,11 @@ TEST(ProgramStartTest, GlobalsOfTheShellHaveTheirStartValues) {
 }
 
 TEST(ProgramStartTest, GlobalsOfTheCharacterStartAtZeroAndFalse) {
-    ExpectInFreshProcess([] { return anim == 0 && !spawn_question && !spawn_laugh && !new_notify; });
+    ExpectInFreshProcess([] { return anim == 0 && !spawn_question && !spawn_laugh; });
+}
+
+TEST(ProgramStartTest, NoNoticeIsPendingAtTheStart) {
+    ExpectInFreshProcess([] { return n_notify == 0 && !new_notify; });
 }
 
 TEST(ProgramStartTest, InputStartsAtZeroAndFalse) {
