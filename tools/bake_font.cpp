@@ -68,7 +68,9 @@ void DrawGlyph(cairo_t* cr, char c, double cell) {
     cairo_text_extents(cr, "H", &capital);
 
     cairo_save(cr);
-    cairo_translate(cr, cell * (index % kColumns), cell * (index / kColumns));
+    const int column = index % kColumns;
+    const int row = index / kColumns;
+    cairo_translate(cr, cell * column, cell * row);
     cairo_rectangle(cr, 0, 0, cell, cell);
     cairo_clip(cr);
     cairo_move_to(cr, kAdvance * cell / 2 - glyph.x_advance / 2,
