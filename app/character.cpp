@@ -331,6 +331,7 @@ void Render() {
     DrawHat(frame);
     DrawThoughtBubble();
     ActionMenu();
+    Notifications();
 
     EndQuizOffer();
     glPopMatrix();

@@ -8,6 +8,7 @@
 
 #include "app/input.h"
 #include "app/shell.h"
+#include "app/typing.h"
 #include "app/window.h"
 
 int main(int argc, char** argv) {
@@ -34,6 +35,7 @@ int main(int argc, char** argv) {
     glutPassiveMotionFunc(mouse);
     glutMotionFunc(mouse);
     KeepFramesComing(display);
+    ListenToTyping();
     glutMainLoop();
     return 0;
 }

@@ -78,8 +78,9 @@ constexpr MenuItem kItems[] = {
 /// Long enough for any label.
 using Label = char[512];
 
-/// Draws an item and asks it for click and hover; a hovered item puts its text in `label`.
-void ShowItem(const MenuItem& item, Label& label) {
+/// Draws an item and asks it for click and hover; a hovered item puts its text in `label`. Only the first
+/// item that acts does so: it may have moved the pointer onto another.
+void ShowItem(const MenuItem& item, Label& label, bool& acted) {
     const bool awake = !item.rests || n_notify == 0;
     if (awake) {
         glColor4f(1, 1, 1, 1);
@@ -88,7 +89,10 @@ void ShowItem(const MenuItem& item, Label& label) {
     }
     const Button button(enable_sfx ? *item.icon : *item.mute, kItemX, item.y, kItemHalf, kItemHalf);
     button.Display(awake);
-    if (button.isClicked() && awake) item.act();
+    if (button.isClicked() && awake && !acted) {
+        acted = true;
+        item.act();
+    }
     if (button.isSelected()) std::snprintf(label, sizeof label, "%s", item.label);
 }
 
@@ -113,7 +117,8 @@ void PrintLabel(const Label& label) {
 
 void ActionMenu() {
     Label label = {};
-    for (const MenuItem& item : kItems) ShowItem(item, label);
+    bool acted = false;
+    for (const MenuItem& item : kItems) ShowItem(item, label, acted);
     glColor4f(1, 1, 1, 1);
     PrintStatusLine();
     PrintLabel(label);

@@ -8,7 +8,12 @@
 #include "app/desktop.h"
 #include "app/input.h"
 #include "app/textures.h"
+#include "app/typing.h"
 #include "app/window.h"
+#include "calendar/editor.h"
+#include "calendar/list.h"
+#include "calendar/store.h"
+#include "engine/LocalTime.h"
 #include "engine/MotionBlur.h"
 #include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
@@ -22,11 +27,6 @@ namespace {
 
 /// A longer frame was a stall; the frame after it advances no timer.
 constexpr float kLongestFrameSeconds = 0.25F;
-
-void TakeLocalTime() {
-    const std::time_t now = std::time(nullptr);
-    if (const std::tm* local = std::localtime(&now)) frame_time = *local;
-}
 
 void ClearFrame() {
     glClearColor(0, 0, 0, 0);
@@ -47,6 +47,37 @@ void DrawPanel() {
     RenderOnViewport();
 }
 
+/// Draws the open screen. Returns false where the frame must be drawn again from the top.
+bool DrawScreen() {
+    const int screen = menu_case_id;
+    if (screen < 0) {
+        Render();
+        return true;
+    }
+    DrawPanel();
+    switch (screen) {
+        case 0:
+            EventList();
+            return true;
+        case 1:
+        case 2:
+            return EventEditor();
+        default:
+            return true;
+    }
+}
+
+/// Draws a whole frame. Returns false where it must be drawn again at once, for the screen that follows.
+bool DrawFrame() {
+    frame_time = LocalTime();
+    DeliverTyping(menu_case_id == 1 && edit_tf != 0);
+    ClearFrame();
+    BeginCanvas();
+    const bool finished = DrawScreen();
+    LeaveCanvas();
+    return finished;
+}
+
 void AdvanceClock() {
     GetGlobalTime(global_time);
     if (global_time > kLongestFrameSeconds) global_time = 0;
@@ -63,19 +94,13 @@ void init() {
     glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST);
     glEnable(GL_TEXTURE_2D);
     LoadTextures();
+    LoadEvents();
 }
 
 void display() {
     ForgetWindowPlace();
-    TakeLocalTime();
-    ClearFrame();
-    BeginCanvas();
-    if (menu_case_id < 0) {
-        Render();
-    } else {
-        DrawPanel();
+    while (!DrawFrame()) {
     }
-    LeaveCanvas();
     PresentFrame();
     AdvanceClock();
     ResetFrameInput();

@@ -2,7 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
+#include <limits>
+
+#include "engine/LocalTime.h"
+#include "engine/MacEngine.h"
+
+std::list<Event> events;
+Event* edit_event = nullptr;
 
 namespace {
 
@@ -10,7 +18,55 @@ char wdaystr[5];
 
 constexpr const char* kWeekdays[] = {"dom", "lun", "mar", "merc", "giov", "ven", "sab"};
 
+/// Returns the number as an int, or the nearest there is: stored dates may hold anything.
+int Saturated(std::int64_t number) {
+    constexpr std::int64_t kLowest = std::numeric_limits<int>::min();
+    constexpr std::int64_t kHighest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(number, kLowest, kHighest));
+}
+
+/// Returns by how many days the order shifts an event's stored date: for a weekly event, from today to its
+/// weekday. A weekday gone by wraps with 6, not 7, which is meant.
+std::int64_t DaysAhead(const Event& event, int today) {
+    if (event.kind != kWeekly) return 0;
+    const std::int64_t days = std::int64_t{event.wday} - today;
+    return days < 0 ? 6 + days : days;
+}
+
+/// Returns the minute stamp that an event is ordered by.
+double OrderStamp(const Event& event, int today) {
+    const int day = Saturated(event.date.day + DaysAhead(event, today));
+    return ConvertDAM(day, event.date.month, event.date.year, event.time.hour, event.time.minute);
+}
+
+/// Returns whether no two neighbours would rather stand the other way round: whether of two neighbours
+/// sort_by_date never puts the second first without also putting the first first. That is to say that the
+/// stamps never fall, with the reminders' lower than any. So told, every event is looked at once a frame.
+bool IsAccepted(const std::list<Event>& list) {
+    constexpr double kFirst = -std::numeric_limits<double>::infinity();
+    const int today = LocalTime().tm_wday;
+    double previous = kFirst;
+    for (const Event& event : list) {
+        const double stamp = event.kind == kReminder ? kFirst : OrderStamp(event, today);
+        if (stamp < previous) return false;
+        previous = stamp;
+    }
+    return true;
+}
+
 }  // namespace
+
+Event::Event()
+    : name{}, description{}, kind(kAppointment), repeat(0), elapsed(0), warned_60(0), warned_30(0), done(0) {
+    const std::tm& now = LocalTime();
+    wday = now.tm_wday;
+    date.day = now.tm_mday;
+    date.month = now.tm_mon + 1;
+    date.year = now.tm_year + 1900;
+    time.hour = now.tm_hour;
+    time.minute = now.tm_min;
+    time.minute = 0;  // a fresh event always starts on the full hour
+}
 
 const char* GetWdayStr(int wday) {
     std::fill(std::begin(wdaystr), std::end(wdaystr), '\0');
@@ -18,4 +74,36 @@ const char* GetWdayStr(int wday) {
         std::snprintf(wdaystr, sizeof wdaystr, "%s", kWeekdays[wday]);
     }
     return wdaystr;
+}
+
+bool sort_by_date(const Event& a, const Event& b) {
+    if (a.kind == kReminder) return true;
+    if (b.kind == kReminder) return false;
+    const int today = LocalTime().tm_wday;
+    return OrderStamp(b, today) > OrderStamp(a, today);
+}
+
+void SortEvents() {
+    if (!IsAccepted(events)) events.sort(sort_by_date);
+}
+
+double MinutesToDue(const Event& event, const std::tm& now) {
+    constexpr double kFarAway = 999;
+    const int month = now.tm_mon + 1;
+    const int year = now.tm_year + 1900;
+    const double stamp = ConvertDAM(now.tm_mday, month, year, now.tm_hour, now.tm_min);
+    const Date& date = event.date;
+    const Time& time = event.time;
+    if (event.kind == kAppointment)
+        return ConvertDAM(date.day, date.month, date.year, time.hour, time.minute) - stamp;
+    if (event.kind != kWeekly || event.wday != now.tm_wday) return kFarAway;
+    return ConvertDAM(now.tm_mday, month, year, time.hour, time.minute) - stamp;
+}
+
+std::string NameOf(const Event& event) {
+    return {event.name, strnlen(event.name, kNameBytes)};
+}
+
+std::string DescriptionOf(const Event& event) {
+    return {event.description, strnlen(event.description, kDescriptionBytes)};
 }

@@ -1,6 +1,77 @@
-// The calendar's events and the words for their dates.
+// The calendar's events: the record that is edited on screen, watched for due times and stored byte for byte,
+// and the order in which events are shown.
 #pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <list>
+#include <string>
+
+/// A day. A fresh one is all zero.
+struct Date {
+    std::int32_t day = 0;    ///< of the month, 1 .. 31
+    std::int32_t month = 0;  ///< 1 .. 12
+    std::int32_t year = 0;   ///< full year
+};
+
+/// A time of day. A fresh one is midnight.
+struct Time {
+    std::int32_t hour = 0;    ///< 0 .. 23
+    std::int32_t minute = 0;  ///< 0 .. 59
+};
+
+/// The values of Event::kind. A file may hold others: such an event is listed and never due.
+enum EventKind { kAppointment = 0, kWeekly = 1, kReminder = 2 };
+
+constexpr int kNameBytes = 20;
+constexpr int kDescriptionBytes = 512;
+
+/// One event. The store writes its memory image, so order, widths and length of the fields are a file format.
+struct Event {
+    /// Makes an event for today on the current full hour: an appointment without name, not yet announced.
+    Event();
+
+    char name[kNameBytes];                ///< ends with a NUL, or at its end
+    char description[kDescriptionBytes];  ///< ends with a NUL, or at its end
+    Date date;                            ///< of an appointment
+    Time time;                            ///< of an appointment or weekly event
+    std::int32_t wday;                    ///< of a weekly event, 0 = Sunday .. 6 = Saturday
+    std::int32_t kind;                    ///< one of EventKind
+    std::int32_t repeat;                  ///< of a reminder: 0, 1, 2 = every 1, 2, 3 hours
+    float elapsed;                        ///< of a reminder: seconds since it was last confirmed
+    std::uint8_t warned_60;               ///< the notice an hour before has been given; not 0 counts as set
+    std::uint8_t warned_30;               ///< the notice half an hour before has been given
+    std::uint8_t done;                    ///< the occurrence has been reached and acknowledged
+    std::uint8_t filler = 0;              ///< completes the record; never read
+};
+
+static_assert(sizeof(Event) == 572, "the store's records have 572 bytes");
+
+/// All events in the order of the screen. Written by the store, the editor and the sorting.
+extern std::list<Event> events;
+
+/// The event that the editor shows and the notification button opens, an element of `events` or null.
+extern Event* edit_event;
 
 /// Returns the short Italian name of a weekday, 0 = Sunday .. 6 = Saturday; any other number gives an empty
 /// text. The text stands in one buffer that the next call overwrites.
 const char* GetWdayStr(int wday);
+
+/// Returns whether `a` must come before `b`: reminders first, then by date and time, a weekly event at its
+/// next occurrence. Not a strict ordering: of two reminders each must come before the other, which is meant.
+/// Weekly events of days gone by stand one day sooner than they next occur, which is meant too.
+bool sort_by_date(const Event& a, const Event& b);
+
+/// Sorts `events` by sort_by_date. An order that it already accepts is left alone, so that reminders do not
+/// swap places from frame to frame.
+void SortEvents();
+
+/// Returns the minutes from a moment (local time) to an appointment, or to a weekly event on its weekday; 999
+/// for everything else. Negative once it has passed.
+double MinutesToDue(const Event& event, const std::tm& now);
+
+/// Returns the name, up to its NUL or its end.
+std::string NameOf(const Event& event);
+
+/// Returns the description, up to its NUL or its end.
+std::string DescriptionOf(const Event& event);

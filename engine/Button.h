@@ -11,7 +11,7 @@
 class Button {
   public:
     /// Makes a button from its texture's name, its centre and half its width and height.
-    Button(unsigned int texture, float x, float y, float w, float h);
+    Button(unsigned int picture, float x, float y, float w, float h);
 
     /// Moves the centre.
     void Repos(float x, float y);

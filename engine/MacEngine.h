@@ -150,7 +150,7 @@ void glPrintTextBox(float x, float y, float size, int width, const char* format,
 
 /// Prints a line in GLUT's 24-point Times Roman at (x, y, -10) of the projection's space. The program never
 /// calls it.
-void glPrint(float x, float y, char* text);
+void glPrint(float x, float y, const char* text);
 
 // ---- 7. Time --------------------------------------------------------------------------------------
 

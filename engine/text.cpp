@@ -112,7 +112,7 @@ void glPrintTextBox(float x, float y, float size, int width, const char* format,
     LeaveTextCanvas();
 }
 
-void glPrint(float x, float y, char* text) {
+void glPrint(float x, float y, const char* text) {
     glDisable(GL_DEPTH_TEST);
     glPushMatrix();
     glLoadIdentity();

@@ -1,0 +1,26 @@
+// Typing: brings ordinary characters to the text fields.
+//
+// The screens read key_state, one frame of keys at a time, in the order of the key codes. So that fast
+// typing, repeated letters and slow frames lose and reorder nothing, typed characters wait in a queue, and
+// one of them a frame is put into key_state:
+//
+//   between frames   "aa" is typed     the queue holds a, a
+//   frame 1          DeliverTyping()   key_state['a'] is set, alone
+//   frame 2          DeliverTyping()   key_state['a'] is set again
+//
+// GLUT's special keys share their codes with letters (Shift is 112 and so is 'p'); while typing is listened
+// to they never reach a field.
+#pragma once
+
+/// Starts listening to GLUT's characters. Without it key_state holds whatever was put there.
+void ListenToTyping();
+
+/// Takes a typed character (Latin-1, as GLUT reports it): the GLUT keyboard callback. Backspace and Delete
+/// arrive at the fields as 127; Italian accented letters as the plain letter and an apostrophe; other control
+/// characters and characters beyond ASCII type nothing.
+void TypeCharacter(unsigned char character, int x, int y);
+
+/// Puts the next typed character into key_state, and nothing else; called once a frame, before the screen is
+/// drawn. Without a focused field what was typed is dropped. While a click waits to be seen, characters wait
+/// too: the click decides where they go.
+void DeliverTyping(bool field_has_focus);
