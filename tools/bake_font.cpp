@@ -25,7 +25,7 @@ constexpr char kFirst = ' ';
 constexpr char kLast = '~';
 
 constexpr double kAdvance = 1.025 / 2;  ///< of a cell's edge
-constexpr double kInk = 0.46;           ///< the widest glyph without its dark edge, of a cell's edge
+constexpr double kInk = 0.43;           ///< the widest glyph without its dark edge, of a cell's edge
 
 /// The dark edge is painted as rings of this many steps, each this opaque, out to this distance.
 constexpr int kEdgeSteps = 5;
@@ -71,7 +71,8 @@ void DrawGlyph(cairo_t* cr, char c, double cell) {
     const int column = index % kColumns;
     const int row = index / kColumns;
     cairo_translate(cr, cell * column, cell * row);
-    cairo_rectangle(cr, 0, 0, cell, cell);
+    // A clear texel all round keeps linear filtering from showing a neighbour's edge.
+    cairo_rectangle(cr, 1, 1, cell - 2, cell - 2);
     cairo_clip(cr);
     cairo_move_to(cr, kAdvance * cell / 2 - glyph.x_advance / 2,
                   (cell - capital.height) / 2 - capital.y_bearing);
