@@ -1,14 +1,17 @@
 // Index: Folder, Desktop, Program.
 #include "tests/desktop/desktop.h"
 
+#include <X11/XKBlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -176,13 +179,92 @@ void Desktop::MovePointer(ScreenPoint point) {
     XSync(connection_, False);
 }
 
+/// Asks the window manager for the frame's width around a window and waits for the answer, which comes after
+/// all that it had to do before.
+void Desktop::AwaitWindowManager() {
+    const Window root = DefaultRootWindow(connection_);
+    const Atom answer = XInternAtom(connection_, "_NET_FRAME_EXTENTS", False);
+    if (question_ == None) question_ = XCreateSimpleWindow(connection_, root, 0, 0, 1, 1, 0, 0, 0);
+    XDeleteProperty(connection_, question_, answer);
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = question_;
+    event.xclient.message_type = XInternAtom(connection_, "_NET_REQUEST_FRAME_EXTENTS", False);
+    event.xclient.format = 32;
+    XSendEvent(connection_, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    const auto answered = [&] {
+        int count = 0;
+        Atom* atoms = XListProperties(connection_, question_, &count);
+        const bool there = std::find(atoms, atoms + count, answer) != atoms + count;
+        if (atoms != nullptr) XFree(atoms);
+        return there;
+    };
+    if (!WaitUntil(answered, 20)) Fail("the window manager does not answer");
+}
+
 void Desktop::Button(unsigned int button, bool down) {
     XTestFakeButtonEvent(connection_, button, down ? True : False, CurrentTime);
     XSync(connection_, False);
+    if (down) AwaitWindowManager();
 }
 
 void Desktop::Key(KeySym key, bool down) {
     XTestFakeKeyEvent(connection_, XKeysymToKeycode(connection_, key), down ? True : False, CurrentTime);
+    XSync(connection_, False);
+}
+
+namespace {
+
+/// A key and whether Shift goes with it.
+struct KeyStroke {
+    KeyCode key = 0;
+    bool shift = false;
+};
+
+/// Returns how to type a character; key 0 where the keyboard has none for it.
+KeyStroke FindStroke(Display* connection, KeySym character) {
+    const KeyCode key = XKeysymToKeycode(connection, character);
+    if (key == 0) return {};
+    return {key, XkbKeycodeToKeysym(connection, key, 0, 0) != character};
+}
+
+}  // namespace
+
+/// Gives a key that types nothing this symbol, with and without Shift.
+KeyCode Desktop::SpareKey(KeySym key) {
+    int first = 0;
+    int last = 0;
+    XDisplayKeycodes(connection_, &first, &last);
+    for (int code = last; code >= first; --code) {
+        if (XkbKeycodeToKeysym(connection_, static_cast<KeyCode>(code), 0, 0) != NoSymbol) continue;
+        KeySym symbols[] = {key, key};
+        XChangeKeyboardMapping(connection_, code, 2, symbols, 1);
+        XSync(connection_, False);
+        // Our own connection hears of it by an event too.
+        XEvent event{};
+        while (XCheckTypedEvent(connection_, MappingNotify, &event) != 0) {
+            XRefreshKeyboardMapping(&event.xmapping);
+        }
+        return static_cast<KeyCode>(code);
+    }
+    Fail("the keyboard has no spare key");
+}
+
+void Desktop::TypeText(const std::string& text) {
+    std::vector<KeyStroke> strokes;
+    for (const char character : text) {
+        const KeySym symbol = static_cast<unsigned char>(character);  // Latin-1 symbols are their codes
+        KeyStroke stroke = FindStroke(connection_, symbol);
+        if (stroke.key == 0) stroke.key = SpareKey(symbol);
+        strokes.push_back(stroke);
+    }
+    const KeyCode shift = XKeysymToKeycode(connection_, XK_Shift_L);
+    for (const KeyStroke& stroke : strokes) {
+        if (stroke.shift) XTestFakeKeyEvent(connection_, shift, True, CurrentTime);
+        XTestFakeKeyEvent(connection_, stroke.key, True, CurrentTime);
+        XTestFakeKeyEvent(connection_, stroke.key, False, CurrentTime);
+        if (stroke.shift) XTestFakeKeyEvent(connection_, shift, False, CurrentTime);
+    }
     XSync(connection_, False);
 }
 
@@ -225,47 +307,51 @@ std::string Joined(const std::vector<std::string>& words, char separator) {
     return joined;
 }
 
-/// Returns the libraries loaded ahead of the program's own: those of the start, then ours.
+/// Returns the libraries loaded ahead of the program's own: ours, so that the clock is in its hand whatever
+/// the others do, then those of the start.
 std::string PreloadOf(const Start& start) {
-    std::vector<std::string> libraries = start.preload;
-    libraries.emplace_back(ULMARO_PROBE_LIBRARY);
+    std::vector<std::string> libraries = {ULMARO_PROBE_LIBRARY};
+    libraries.insert(libraries.end(), start.preload.begin(), start.preload.end());
     return Joined(libraries, ':');
 }
 
 }  // namespace
 
-Program::Program(Desktop& desktop, const Start& start) : desktop_(desktop) {
+Program::Program(Desktop& desktop, const Start& start) : desktop_(desktop), start_(start) {
     if (start.all_files) files_.LinkAll(ULMARO_DATA);
     for (const auto& [file, bytes] : start.spoilt) files_.Write(file, bytes);
     for (const std::string& file : start.missing) files_.Remove(file);
     OpenProbe();
     SetClock(start.clock);
+    StartProcess();
+}
 
+Program::~Program() {
+    process_.reset();
+    if (probe_ != nullptr) munmap(probe_, sizeof(Probe));
+}
+
+void Program::StartProcess() {
     Command command;
     command.words = {ULMARO_PROGRAM};
     command.folder = files_.Path();
     command.error_file = output_.Path("said");
     command.environment = {
-        {"DISPLAY", desktop.Name()},
+        {"DISPLAY", desktop_.Name()},
         {"ALSOFT_LOGLEVEL", "0"},    // OpenAL keeps to itself that the device was never closed
         {"ALSOFT_DRIVERS", "null"},  // no sound card in a test
-        {"LD_PRELOAD", PreloadOf(start)},
+        {"LD_PRELOAD", PreloadOf(start_)},
         {kProbeVariable, output_.Path("probe")},
     };
-    for (const auto& [name, value] : start.environment) command.environment[name] = value;
+    for (const auto& [name, value] : start_.environment) command.environment[name] = value;
     process_.emplace(command);
-    if (!start.wait_for_window) return;
+    if (!start_.wait_for_window) return;
 
     const auto shown = [&] { return (window_ = desktop_.FindWindow(kTitle)) != None && Shown(); };
     if (!WaitUntil([&] { return shown() || !process_->Running(); }, 30) || !process_->Running()) {
         Fail("the program shows no window; it said: " + Said());
     }
     WaitForFrames(3, 60);
-}
-
-Program::~Program() {
-    process_.reset();
-    if (probe_ != nullptr) munmap(probe_, sizeof(Probe));
 }
 
 void Program::OpenProbe() {
@@ -355,6 +441,11 @@ void Program::Type(KeySym key) {
     WaitForFrames(kHeldFrames);
 }
 
+void Program::TypeText(const std::string& text) {
+    desktop_.TypeText(text);
+    WaitForFrames(2 * text.size() + kHeldFrames);  // an accented letter is two characters
+}
+
 void Program::Resize(const ScreenRect& place) {
     XMoveResizeWindow(desktop_.Connection(), window_, place.x, place.y,
                       static_cast<unsigned int>(place.width), static_cast<unsigned int>(place.height));
@@ -386,6 +477,19 @@ void Program::Close() {
     XSendEvent(connection, DefaultRootWindow(connection), False,
                SubstructureRedirectMask | SubstructureNotifyMask, &event);
     XSync(connection, False);
+}
+
+void Program::Kill() {
+    kill(process_->Id(), SIGKILL);
+    if (!process_->WaitForEnd(10)) Fail("the program cannot be killed");
+}
+
+void Program::StartAgain() {
+    if (process_->Running()) Fail("the program still runs");
+    const auto gone = [this] { return desktop_.FindWindow(kTitle) == None; };
+    if (!WaitUntil(gone, 10)) Fail("the program's window has stayed behind");
+    window_ = None;
+    StartProcess();
 }
 
 }  // namespace desktop

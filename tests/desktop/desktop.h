@@ -86,11 +86,16 @@ class Desktop {
     /// Puts the pointer on a point of the screen.
     void MovePointer(ScreenPoint point);
 
-    /// Presses or releases a mouse button (1 is the left one) where the pointer stands.
+    /// Presses or releases a mouse button (1 is the left one) where the pointer stands. The window manager,
+    /// which sees a press first, has passed it on then.
     void Button(unsigned int button, bool down);
 
     /// Presses or releases a key such as XK_Left. It goes to the window that has the focus.
     void Key(KeySym key, bool down);
+
+    /// Types a text (Latin-1), all its keys at once, faster than any hand. A character that no key has gets a
+    /// spare key.
+    void TypeText(const std::string& text);
 
     /// Returns the topmost window with that title; None where there is none.
     Window FindWindow(const std::string& title) const;
@@ -102,6 +107,8 @@ class Desktop {
   private:
     void StartServer();
     void StartWindowManager();
+    void AwaitWindowManager();
+    KeyCode SpareKey(KeySym key);
 
     Folder folder_;
     std::string name_;
@@ -109,6 +116,7 @@ class Desktop {
     std::optional<Process> manager_;
     Display* connection_ = nullptr;
     Window cover_ = None;
+    Window question_ = None;  ///< never shown; what AwaitWindowManager() asks about
 };
 
 /// How the program's monotonic clock goes.
@@ -189,6 +197,10 @@ class Program {
     /// Types a key such as XK_Left: held for some frames, released.
     void Type(KeySym key);
 
+    /// Types a text (Latin-1), all its keys at once, and waits until the frames have taken it: one character
+    /// each.
+    void TypeText(const std::string& text);
+
     /// Moves and resizes the client area and waits until a frame has that size.
     void Resize(const ScreenRect& place);
 
@@ -199,11 +211,21 @@ class Program {
     /// Closes the window as the button in its title bar does.
     void Close();
 
+    // ---- Ending and starting again ----
+
+    /// Ends the program by force, with no warning.
+    void Kill();
+
+    /// Starts the program again, in the folder that it has left behind; it must have ended.
+    void StartAgain();
+
   private:
     void OpenProbe();
+    void StartProcess();
     bool Shown() const;
 
     Desktop& desktop_;
+    Start start_;
     Folder files_;   ///< the program's working folder: its data files and nothing else
     Folder output_;  ///< what it said, and the probe's file
     Probe* probe_ = nullptr;

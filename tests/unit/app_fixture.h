@@ -1,9 +1,10 @@
 // The fixture for tests of app/: the whole program in one process, put back to its start before every test.
 //
-// Three things of the program cannot be put back, because they are hidden in functions: the one seeding that
-// the first rand_intvf does, the last reading of the frame clock, and what the window layer counts. The
-// fixture brings them to a known state instead: seeded, read at the fake clock's start, and with the swap
-// interval of a shown window.
+// Some things of the program cannot be put back, because they are hidden: the one seeding that the first
+// rand_intvf does, the last reading of the frame clock, what the window layer counts, whether typing is
+// listened to, and the last second that was broken down. The fixture brings them to a known state instead:
+// seeded, read at the fake clock's start, with the swap interval of a shown window, listening with nothing
+// typed, and a second that no test uses.
 //
 // Tests of the first call ever run their body in a fresh process (ExpectInFreshProcess).
 #pragma once
@@ -21,7 +22,11 @@
 #include "app/notifications.h"
 #include "app/shell.h"
 #include "app/textures.h"
+#include "app/typing.h"
 #include "app/window.h"
+#include "calendar/editor.h"
+#include "calendar/events.h"
+#include "engine/LocalTime.h"
 #include "engine/MacEngine.h"
 #include "engine/WindowMetrics.h"
 #include "tests/fakes/fakes.h"
@@ -49,6 +54,9 @@ class AppTest : public fakes::Test {
     void SetUp() override {
         rand_intvf(0, 1, 1);
         PresentFrame();
+        ListenToTyping();
+        fakes::world().now = 1;
+        LocalTime();
         fakes::Test::SetUp();
         ResetProgram();
         SetLastClockReading(fakes::desktop().nanoseconds);
@@ -66,6 +74,10 @@ class AppTest : public fakes::Test {
         anim = kStanding;
         spawn_question = spawn_laugh = new_notify = false;
         n_notify = 0;
+        events.clear();
+        edit_event = nullptr;
+        force_back_hm = false;
+        edit_tf = 0;
         character = CharacterState();
         mouse(0, 0);
         single_touch = touch_event = false;

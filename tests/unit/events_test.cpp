@@ -1,11 +1,22 @@
+// Index: weekday names, fresh events, the record's layout, the order of two events, sorting, minutes to due,
+// texts of the fields, numbers out of their range.
 #include "calendar/events.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <climits>
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+#include <new>
 #include <string>
+#include <vector>
+
+#include "engine/MacEngine.h"
+#include "tests/unit/calendar_fixture.h"
 
 namespace {
+
+using Names = std::vector<std::string>;
 
 TEST(GetWdayStrTest, NamesTheSevenDaysFromSundayOn) {
     EXPECT_STREQ(GetWdayStr(0), "dom");
@@ -17,7 +28,7 @@ TEST(GetWdayStrTest, NamesTheSevenDaysFromSundayOn) {
     EXPECT_STREQ(GetWdayStr(6), "sab");
 }
 
-TEST(GetWdayStrTest, GivesAnEmptyTextForAnyOtherNumber) {
+TEST(GetWdayStrTest, GivesAnEmptyTextForSevenMinusOneAndAnyOtherNumber) {
     for (const int wday : {-1, 7, 8, 100, -7, INT_MAX, INT_MIN}) {
         GetWdayStr(3);
 
@@ -41,6 +52,466 @@ TEST(GetWdayStrTest, EmptiesTheWholeBufferBeforeItWrites) {
 
     EXPECT_EQ(std::string(text, 5), std::string("dom\0\0", 5));
     EXPECT_EQ(std::string(GetWdayStr(7), 5), std::string(5, '\0'));
+}
+
+using EventsTest = CalendarTest;
+
+// ---- Fresh events ----
+
+TEST(DateTest, StartsAtZero) {
+    const Date date;
+
+    EXPECT_EQ(date.day, 0);
+    EXPECT_EQ(date.month, 0);
+    EXPECT_EQ(date.year, 0);
+}
+
+TEST(TimeTest, StartsAtMidnight) {
+    const Time time;
+
+    EXPECT_EQ(time.hour, 0);
+    EXPECT_EQ(time.minute, 0);
+}
+
+TEST_F(EventsTest, AFreshEventMadeAt1437Reads1400OnTodaysDateWithoutTextsFlagsOrPeriod) {
+    SetNow(2013, 12, 29, 14, 37, 21);
+
+    const Event event;
+
+    EXPECT_EQ(event.date.day, 29);
+    EXPECT_EQ(event.date.month, 12);
+    EXPECT_EQ(event.date.year, 2013);
+    EXPECT_EQ(event.time.hour, 14);
+    EXPECT_EQ(event.time.minute, 0);
+    EXPECT_EQ(event.wday, 0);
+    EXPECT_EQ(event.kind, 0);
+    EXPECT_EQ(event.repeat, 0);
+    EXPECT_EQ(event.elapsed, 0);
+    EXPECT_EQ(event.warned_60, 0);
+    EXPECT_EQ(event.warned_30, 0);
+    EXPECT_EQ(event.done, 0);
+    EXPECT_EQ(NameOf(event), "");
+    EXPECT_EQ(DescriptionOf(event), "");
+}
+
+TEST_F(EventsTest, AFreshEventInJanuaryIsInMonthOne) {
+    SetNow(2013, 1, 1, 0, 59);
+
+    const Event event;
+
+    EXPECT_EQ(event.date.month, 1);
+    EXPECT_EQ(event.wday, 2);
+    EXPECT_EQ(event.time.hour, 0);
+}
+
+TEST_F(EventsTest, AFreshEventZeroesEveryByteOfItsTexts) {
+    alignas(Event) unsigned char memory[sizeof(Event)];
+    std::memset(memory, 0xEE, sizeof memory);
+
+    const Event* event = new (memory) Event;
+
+    EXPECT_EQ(std::string(event->name, sizeof event->name), std::string(20, '\0'));
+    EXPECT_EQ(std::string(event->description, sizeof event->description), std::string(512, '\0'));
+}
+
+TEST_F(EventsTest, AFreshEventTakesTheTimeOfItsMakingAndNotTheFrames) {
+    SetNow(2013, 1, 1, 8, 0);
+    fakes::SetLocalTime(2013, 1, 2, 9, 0);
+
+    EXPECT_EQ(Event().date.day, 2);
+    EXPECT_EQ(Event().time.hour, 9);
+}
+
+// ---- The record's layout ----
+
+TEST(EventLayoutTest, HasItsFieldsAtTheirPlacesInTheFile) {
+    EXPECT_EQ(sizeof(Event), 572U);
+    EXPECT_EQ(offsetof(Event, name), 0U);
+    EXPECT_EQ(offsetof(Event, description), 20U);
+    EXPECT_EQ(offsetof(Event, date), 532U);
+    EXPECT_EQ(offsetof(Event, time), 544U);
+    EXPECT_EQ(offsetof(Event, wday), 552U);
+    EXPECT_EQ(offsetof(Event, kind), 556U);
+    EXPECT_EQ(offsetof(Event, repeat), 560U);
+    EXPECT_EQ(offsetof(Event, elapsed), 564U);
+    EXPECT_EQ(offsetof(Event, warned_60), 568U);
+    EXPECT_EQ(offsetof(Event, warned_30), 569U);
+    EXPECT_EQ(offsetof(Event, done), 570U);
+    EXPECT_EQ(offsetof(Date, day), 0U);
+    EXPECT_EQ(offsetof(Date, month), 4U);
+    EXPECT_EQ(offsetof(Date, year), 8U);
+    EXPECT_EQ(sizeof(Date), 12U);
+    EXPECT_EQ(offsetof(Time, hour), 0U);
+    EXPECT_EQ(offsetof(Time, minute), 4U);
+    EXPECT_EQ(sizeof(Time), 8U);
+}
+
+// ---- The order of two events ----
+
+TEST_F(EventsTest, AReminderComesBeforeAnythingElse) {
+    const Event reminder = MakeReminder("r", 0, 0);
+    const Event past = MakeAppointment("a", 1, 1, 1900, 0, 0);
+    const Event weekly = MakeWeekly("w", 3, 0, 0);
+
+    EXPECT_TRUE(sort_by_date(reminder, past));
+    EXPECT_FALSE(sort_by_date(past, reminder));
+    EXPECT_TRUE(sort_by_date(reminder, weekly));
+    EXPECT_FALSE(sort_by_date(weekly, reminder));
+}
+
+TEST_F(EventsTest, OfTwoRemindersEachMustComeBeforeTheOther) {
+    const Event a = MakeReminder("a", 0, 0);
+    const Event b = MakeReminder("b", 2, 100);
+
+    EXPECT_TRUE(sort_by_date(a, b));
+    EXPECT_TRUE(sort_by_date(b, a));
+    EXPECT_TRUE(sort_by_date(a, a));
+}
+
+TEST_F(EventsTest, AppointmentsAreOrderedByYearMonthDayHourAndMinute) {
+    const Event event = MakeAppointment("", 16, 5, 2012, 10, 30);
+    const std::vector<Event> later = {
+        MakeAppointment("", 1, 1, 2013, 0, 0),    MakeAppointment("", 1, 6, 2012, 0, 0),
+        MakeAppointment("", 17, 5, 2012, 0, 0),   MakeAppointment("", 16, 5, 2012, 11, 0),
+        MakeAppointment("", 16, 5, 2012, 10, 31),
+    };
+    for (std::size_t i = 0; i < later.size(); ++i) {
+        EXPECT_TRUE(sort_by_date(event, later[i])) << i;
+        EXPECT_FALSE(sort_by_date(later[i], event)) << i;
+    }
+}
+
+TEST_F(EventsTest, OfTwoEventsAtTheSameMinuteNeitherComesFirst) {
+    const Event a = MakeAppointment("a", 16, 5, 2012, 10, 30);
+    const Event b = MakeAppointment("b", 16, 5, 2012, 10, 30);
+
+    EXPECT_FALSE(sort_by_date(a, b));
+    EXPECT_FALSE(sort_by_date(b, a));
+}
+
+/// Expects that a weekly event has the place of an appointment at that day and time.
+void ExpectPlacedLike(const Event& weekly, const Event& appointment) {
+    Event before = appointment;
+    Event after = appointment;
+    --before.time.minute;
+    ++after.time.minute;
+    EXPECT_FALSE(sort_by_date(weekly, appointment));
+    EXPECT_FALSE(sort_by_date(appointment, weekly));
+    EXPECT_TRUE(sort_by_date(before, weekly));
+    EXPECT_TRUE(sort_by_date(weekly, after));
+    EXPECT_FALSE(sort_by_date(weekly, before));
+    EXPECT_FALSE(sort_by_date(after, weekly));
+}
+
+TEST_F(EventsTest, AMondayEventSeenOnAWednesdayIsOrderedFourDaysAfterItsStoredDay) {
+    SetNow(2012, 5, 16, 10, 30);
+    ASSERT_EQ(LocalTime().tm_wday, 3);
+
+    ExpectPlacedLike(MakeWeekly("", 1, 9, 15), MakeAppointment("", 20, 5, 2012, 9, 15));
+}
+
+TEST_F(EventsTest, AWeeklyEventIsOrderedByTheDaysToItsWeekdayWhichWrapWithSix) {
+    for (int today = 0; today < 7; ++today) {
+        SetNow(2012, 7, 1 + today, 12, 0);  // the first of July was a Sunday
+        ASSERT_EQ(LocalTime().tm_wday, today);
+        for (int wday = 0; wday < 7; ++wday) {
+            Event weekly = MakeWeekly("", wday, 9, 15);
+            weekly.date.day = 10;
+            const int offset = wday >= today ? wday - today : 6 - (today - wday);
+            SCOPED_TRACE(testing::Message() << "weekday " << wday << " seen on " << today);
+
+            ExpectPlacedLike(weekly, MakeAppointment("", 10 + offset, 7, 2012, 9, 15));
+        }
+    }
+}
+
+TEST_F(EventsTest, AWeeklyEventIsOrderedByItsOwnStoredMonthAndYear) {
+    Event weekly = MakeWeekly("", 5, 9, 15);  // Friday, seen on a Wednesday
+    weekly.date.day = 3;
+    weekly.date.month = 11;
+    weekly.date.year = 2001;
+
+    ExpectPlacedLike(weekly, MakeAppointment("", 5, 11, 2001, 9, 15));
+}
+
+TEST_F(EventsTest, ADayGoneByInItsMonthIsNoReasonToOrderAWeeklyEventOtherwise) {
+    Event weekly = MakeWeekly("", 3, 1, 0);  // today, hours ago
+
+    ExpectPlacedLike(weekly, MakeAppointment("", 16, 5, 2012, 1, 0));
+}
+
+TEST_F(EventsTest, AnAppointmentsWeekdayDoesNotCount) {
+    Event a = MakeAppointment("", 17, 5, 2012, 9, 0);
+    Event b = MakeAppointment("", 18, 5, 2012, 9, 0);
+    a.wday = 2;
+    b.wday = 3;
+
+    EXPECT_TRUE(sort_by_date(a, b));
+}
+
+TEST_F(EventsTest, AnEventOfAnUnknownKindIsOrderedByItsDate) {
+    Event unknown = MakeAppointment("", 17, 5, 2012, 9, 0);
+    unknown.kind = 77;
+    unknown.wday = 1;
+
+    ExpectPlacedLike(unknown, MakeAppointment("", 17, 5, 2012, 9, 0));
+}
+
+// ---- Sorting ----
+
+TEST_F(EventsTest, SortingPutsTheReminderFirstThenTodayThenTomorrow) {
+    AddAppointment("domani", 17, 5, 2012, 9, 0);
+    AddAppointment("oggi", 16, 5, 2012, 18, 0);
+    AddReminder("promemoria", 1, 0);
+
+    SortEvents();
+
+    EXPECT_EQ(NamesOf(events), (Names{"promemoria", "oggi", "domani"}));
+}
+
+TEST_F(EventsTest, SortingKeepsTheOrderOfAppointmentsAtTheSameTime) {
+    AddAppointment("b", 17, 5, 2012, 9, 0);
+    AddAppointment("a", 17, 5, 2012, 9, 0);
+    AddAppointment("first", 16, 5, 2012, 9, 0);
+    AddAppointment("c", 17, 5, 2012, 9, 0);
+
+    SortEvents();
+
+    EXPECT_EQ(NamesOf(events), (Names{"first", "b", "a", "c"}));
+}
+
+TEST_F(EventsTest, SortingLeavesTheRemindersOfAnAcceptedListInTheirOrder) {
+    AddReminder("b", 1, 0);
+    AddReminder("a", 0, 0);
+    AddReminder("c", 2, 0);
+    AddAppointment("oggi", 16, 5, 2012, 18, 0);
+    AddAppointment("domani", 17, 5, 2012, 9, 0);
+
+    for (int i = 0; i < 10; ++i) {
+        SortEvents();
+
+        EXPECT_EQ(NamesOf(events), (Names{"b", "a", "c", "oggi", "domani"}));
+    }
+}
+
+TEST_F(EventsTest, SortingBringsEveryReminderToTheFront) {
+    for (int i = 0; i < 20; ++i) {
+        AddAppointment("a", 28 - i, 5, 2012, 9, 0);
+        AddReminder("r", i % 3, 0);
+        AddWeekly("w", i % 7, i, 0);
+    }
+
+    SortEvents();
+
+    ASSERT_EQ(events.size(), 60U);
+    std::vector<Event> sorted(events.begin(), events.end());
+    for (std::size_t i = 0; i < 20; ++i) EXPECT_EQ(sorted[i].kind, kReminder);
+    for (std::size_t i = 20; i < 60; ++i) {
+        EXPECT_NE(sorted[i].kind, kReminder);
+    }
+    for (std::size_t i = 21; i < 60; ++i) EXPECT_FALSE(sort_by_date(sorted[i], sorted[i - 1])) << i;
+}
+
+TEST_F(EventsTest, SortingMovesNoEventInMemory) {
+    Event& last = AddAppointment("domani", 17, 5, 2012, 9, 0);
+    AddAppointment("oggi", 16, 5, 2012, 18, 0);
+
+    SortEvents();
+
+    EXPECT_EQ(&events.back(), &last);
+}
+
+TEST_F(EventsTest, SortingAnEmptyListLeavesItEmpty) {
+    SortEvents();
+
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(EventsTest, SortingFollowsTheDay) {
+    AddWeekly("lunedi", 1, 9, 0);
+    AddWeekly("giovedi", 4, 9, 0);
+    SortEvents();
+    EXPECT_EQ(NamesOf(events), (Names{"giovedi", "lunedi"}));  // on a Wednesday: 1 day and 4
+
+    SetNow(2012, 5, 21, 10, 30);
+    SortEvents();
+
+    EXPECT_EQ(NamesOf(events), (Names{"lunedi", "giovedi"}));  // on a Monday: 0 days and 3
+}
+
+// ---- Minutes to due ----
+
+TEST_F(EventsTest, AnAppointmentIsDueInTheMinutesBetweenTwoStamps) {
+    struct Case {
+        Event event;
+        double minutes;
+    };
+    const Case cases[] = {
+        {MakeAppointment("", 16, 5, 2012, 10, 30), 0},
+        {MakeAppointment("", 16, 5, 2012, 10, 29), -1},
+        {MakeAppointment("", 16, 5, 2012, 11, 15), 45},
+        {MakeAppointment("", 17, 5, 2012, 10, 30), 1440},
+        {MakeAppointment("", 16, 6, 2012, 10, 30), 44640},
+        {MakeAppointment("", 16, 5, 2011, 10, 30), -535680},
+    };
+    for (const Case& row : cases) EXPECT_EQ(MinutesToDue(row.event, frame_time), row.minutes);
+}
+
+TEST_F(EventsTest, EveryMonthHas31DaysForTheMinutesToDue) {
+    SetNow(2012, 4, 30, 10, 30);
+
+    EXPECT_EQ(MinutesToDue(MakeAppointment("", 1, 5, 2012, 10, 30), frame_time), 2 * 1440);
+}
+
+TEST_F(EventsTest, TheSecondsDoNotCountInTheMinutesToDue) {
+    SetNow(2012, 5, 16, 10, 30, 59);
+
+    EXPECT_EQ(MinutesToDue(MakeAppointment("", 16, 5, 2012, 10, 31), frame_time), 1);
+}
+
+TEST_F(EventsTest, AWeeklyEventIsDueOnItsWeekdayAtItsTimeWhateverItsStoredDate) {
+    Event weekly = MakeWeekly("", 3, 11, 0);
+    weekly.date.day = 1;
+    weekly.date.year = 1999;
+
+    EXPECT_EQ(MinutesToDue(weekly, frame_time), 30);
+    weekly.time.hour = 9;
+    EXPECT_EQ(MinutesToDue(weekly, frame_time), -90);
+}
+
+TEST_F(EventsTest, AWeeklyEventOnAnotherWeekdayIsFarAway) {
+    for (const int wday : {0, 1, 2, 4, 5, 6, -1, 7}) {
+        EXPECT_EQ(MinutesToDue(MakeWeekly("", wday, 10, 30), frame_time), 999) << wday;
+    }
+}
+
+TEST_F(EventsTest, RemindersAndUnknownKindsAreFarAway) {
+    Event unknown = MakeAppointment("", 16, 5, 2012, 10, 30);
+    unknown.kind = 3;
+
+    EXPECT_EQ(MinutesToDue(MakeReminder("", 0, 1e6F), frame_time), 999);
+    EXPECT_EQ(MinutesToDue(unknown, frame_time), 999);
+}
+
+// ---- Texts of the fields ----
+
+TEST_F(EventsTest, ATextEndsAtItsNul) {
+    Event event;
+    std::memcpy(event.name, "ab\0cd", 5);
+    std::memcpy(event.description, "xyz\0w", 5);
+
+    EXPECT_EQ(NameOf(event), "ab");
+    EXPECT_EQ(DescriptionOf(event), "xyz");
+}
+
+TEST_F(EventsTest, ATextWithoutNulEndsAtTheEndOfItsField) {
+    Event event;
+    SetText(event.name, std::string(20, 'n'));
+    SetText(event.description, std::string(512, 'd'));
+
+    EXPECT_EQ(NameOf(event), std::string(20, 'n'));
+    EXPECT_EQ(DescriptionOf(event), std::string(512, 'd'));
+}
+
+// ---- Numbers out of their range ----
+
+/// Returns events of every kind in which one number after another, and all of them, are the lowest and the
+/// highest there are.
+std::vector<Event> EventsOfExtremes() {
+    std::vector<Event> extremes;
+    for (const int kind : {0, 1, 2, 3, INT_MIN, INT_MAX}) {
+        for (const int number : {INT_MIN, INT_MAX}) {
+            Event all;
+            all.kind = kind;
+            std::int32_t Date::*const date[] = {&Date::day, &Date::month, &Date::year};
+            std::int32_t Time::*const time[] = {&Time::hour, &Time::minute};
+            for (const auto field : date) {
+                Event one;
+                one.kind = kind;
+                one.date.*field = all.date.*field = number;
+                extremes.push_back(one);
+            }
+            for (const auto field : time) {
+                Event one;
+                one.kind = kind;
+                one.time.*field = all.time.*field = number;
+                extremes.push_back(one);
+            }
+            Event one;
+            one.kind = kind;
+            one.wday = all.wday = number;
+            all.repeat = number;
+            extremes.push_back(one);
+            extremes.push_back(all);
+        }
+    }
+    return extremes;
+}
+
+TEST_F(EventsTest, TheOrderHoldsForNumbersAtTheirLimits) {
+    const std::vector<Event> extremes = EventsOfExtremes();
+    for (const Event& a : extremes) {
+        for (const Event& b : extremes) {
+            if (a.kind == kReminder) {
+                EXPECT_TRUE(sort_by_date(a, b));
+            } else {
+                EXPECT_FALSE(sort_by_date(a, b) && sort_by_date(b, a));
+            }
+        }
+    }
+}
+
+TEST_F(EventsTest, SortingKeepsEveryEventWithNumbersAtTheirLimits) {
+    for (const Event& event : EventsOfExtremes()) Add(event);
+    const std::size_t size = events.size();
+
+    SortEvents();
+
+    EXPECT_EQ(events.size(), size);
+    EXPECT_EQ(events.front().kind, kReminder);
+}
+
+TEST_F(EventsTest, AWeeklyEventWhoseDayIsTheHighestNumberStaysLastWhateverItsOffset) {
+    Event weekly = MakeWeekly("", 6, 9, 0);
+    weekly.date.day = INT_MAX;
+    Event lower = weekly;
+    lower.date.day = INT_MAX - 10;
+
+    EXPECT_FALSE(sort_by_date(weekly, MakeAppointment("", 1, 1, 2013, 0, 0)));
+    EXPECT_TRUE(sort_by_date(lower, weekly));
+}
+
+TEST_F(EventsTest, AWeekdayAtItsLimitsOrdersAnEventFarOffAndNotTheOtherWayRound) {
+    const Event appointment = MakeAppointment("", 17, 5, 2012, 9, 0);
+
+    EXPECT_TRUE(sort_by_date(MakeWeekly("", INT_MIN, 9, 0), appointment));
+    EXPECT_TRUE(sort_by_date(appointment, MakeWeekly("", INT_MAX, 9, 0)));
+}
+
+TEST_F(EventsTest, TheMinutesToDueAreANumberForNumbersAtTheirLimits) {
+    for (const Event& event : EventsOfExtremes()) {
+        EXPECT_TRUE(std::isfinite(MinutesToDue(event, frame_time)));
+    }
+}
+
+TEST_F(EventsTest, TheMinutesToDueHaveTheSignOfTheYearAtItsLimits) {
+    EXPECT_LT(MinutesToDue(MakeAppointment("", 1, 1, INT_MIN, 0, 0), frame_time), 0);
+    EXPECT_GT(MinutesToDue(MakeAppointment("", 1, 1, INT_MAX, 0, 0), frame_time), 0);
+}
+
+TEST_F(EventsTest, EveryScreenDrawsNumbersAtTheirLimits) {
+    for (const Event& event : EventsOfExtremes()) {
+        for (const int screen : {-1, 0, 1, 2}) {
+            events.clear();
+            edit_event = &Add(event);
+            menu_case_id = screen;
+
+            Frame(0.125F);
+
+            EXPECT_EQ(ScreenShown(), screen);
+            EXPECT_EQ(events.size(), 1U);
+        }
+    }
 }
 
 }  // namespace

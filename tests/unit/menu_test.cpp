@@ -374,6 +374,16 @@ TEST_F(MenuTest, RunsNoShellCommandOfItsOwn) {
 
 // ---- The pointer after a page was opened ----
 
+// In a window of this size pixel (256, 256) lies on the web site's icon.
+TEST_F(MenuTest, OneClickActsOnOneItemAlsoWhereItMovesThePointerOntoAnother) {
+    SizeWindow(2000, 360);
+    mouse(44 * 2000 / 512, 360 - 255 * 360 / 512);
+
+    Click();
+
+    EXPECT_EQ(fakes::desktop().opened, std::vector<std::string>{"https://duckduckgo.com/"});
+}
+
 TEST_F(MenuTest, AfterAPageWasOpenedThePointerCountsAsBeingAtPixel256And256UntilItMoves) {
     for (const std::size_t item : {2U, 3U}) {
         Click(item);
@@ -643,7 +653,8 @@ TEST_F(MenuTest, IsDrawnInFrontOfTheOwlItsHatAndItsBubble) {
         return icon || primitive.texture == font;
     };
     ASSERT_FALSE(Scene().empty());
-    EXPECT_EQ(Icons().size(), Scene().size() + 5);
+    EXPECT_EQ(Icons().size(), Scene().size() + 5 + 1);  // the sixth is the offer's own button
+    EXPECT_EQ(Icons().back().texture, icns[5]);
     EXPECT_TRUE(std::is_partitioned(drawn.rbegin(), drawn.rend(), in_menu));
     EXPECT_TRUE(in_menu(drawn.back()));
 }
@@ -655,8 +666,8 @@ TEST_F(MenuTest, IsNotDrawnOnAPanel) {
 
     display();
 
-    EXPECT_TRUE(fakes::gl().DrawnWith(icns[3]).empty());
-    EXPECT_TRUE(PrintedText().empty());
+    for (const Item& item : Items()) EXPECT_TRUE(fakes::gl().DrawnWith(*item.icon).empty());
+    EXPECT_EQ(Words(PrintedText()), (std::vector<std::string>{"aggiungi"}));  // the panel's own
     EXPECT_TRUE(enable_sfx);
 }
 

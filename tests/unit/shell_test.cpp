@@ -34,16 +34,16 @@ TEST_F(MainTest, StartsWindowThenSoundThenAssetsThenCallbacksThenTheLoop) {
     const int status = RunMain();
 
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(
-        fakes::Names({"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand", "glutInitWindowSize",
-                      "glutInitWindowPosition", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent",
-                      "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc",
-                      "glutSpecialUpFunc", "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc",
-                      "glutMainLoop"}),
-        (Calls{"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand", "glutInitWindowSize",
-               "glutInitWindowPosition", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent",
-               "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc", "glutSpecialUpFunc",
-               "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc", "glutMainLoop"}));
+    EXPECT_EQ(fakes::Names({"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand",
+                            "glutInitWindowSize", "glutInitWindowPosition", "alcOpenDevice",
+                            "alcCreateContext", "alcMakeContextCurrent", "glShadeModel", "glutDisplayFunc",
+                            "glutReshapeFunc", "glutSpecialFunc", "glutSpecialUpFunc", "glutMouseFunc",
+                            "glutPassiveMotionFunc", "glutMotionFunc", "glutKeyboardFunc", "glutMainLoop"}),
+              (Calls{"glutInit", "glutInitDisplayMode", "glutCreateWindow", "srand", "glutInitWindowSize",
+                     "glutInitWindowPosition", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent",
+                     "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc",
+                     "glutSpecialUpFunc", "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc",
+                     "glutKeyboardFunc", "glutMainLoop"}));
 }
 
 TEST_F(MainTest, EntersTheLoopAsItsLastCall) {
@@ -109,12 +109,28 @@ TEST_F(MainTest, RegistersTheCallbacksOfTheScreensAndOneTimerForHiddenFrames) {
     EXPECT_EQ(glut.timers.size(), 1U);
 }
 
-TEST_F(MainTest, RegistersNeitherAnIdleNorAKeyboardCallback) {
+TEST_F(MainTest, ListensToTypedCharactersAndNotToTheEnterFlag) {
+    RunMain();
+
+    EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
+    EXPECT_EQ(fakes::Count("glutKeyboardFunc"), 1U);
+}
+
+TEST_F(MainTest, RegistersNeitherAnIdleCallbackNorOneForReleasedCharacters) {
     RunMain();
 
     EXPECT_EQ(fakes::glut().idle, nullptr);
-    EXPECT_EQ(fakes::glut().keyboard, nullptr);
     EXPECT_EQ(fakes::glut().keyboard_up, nullptr);
+}
+
+TEST_F(MainTest, LoadsTheEventsBeforeItRegistersACallback) {
+    PictureFolder::WriteBytes("database.bin", {1, 0, 0, 0});
+    std::size_t loaded = 0;
+    fakes::glut().main_loop = [&] { loaded = events.size(); };
+
+    RunMain();
+
+    EXPECT_EQ(loaded, 1U);
 }
 
 TEST_F(MainTest, DrawsAHiddenWindowByTheDisplayCallback) {
@@ -148,6 +164,11 @@ TEST(ProgramStartTest, GlobalsOfTheCharacterStartAtZeroAndFalse) {
 
 TEST(ProgramStartTest, NoNoticeIsPendingAtTheStart) {
     ExpectInFreshProcess([] { return n_notify == 0 && !new_notify; });
+}
+
+TEST(ProgramStartTest, NoEventIsOpenAndNoFieldHasFocusAtTheStart) {
+    ExpectInFreshProcess(
+        [] { return events.empty() && edit_event == nullptr && edit_tf == 0 && !force_back_hm; });
 }
 
 TEST(ProgramStartTest, InputStartsAtZeroAndFalse) {
@@ -209,6 +230,22 @@ TEST_F(InitTest, LoadsEveryPicture) {
     for (const Picture& picture : Pictures()) {
         EXPECT_EQ(fakes::gl().textures.count(*picture.name), 1U) << picture.file;
     }
+}
+
+TEST_F(InitTest, LoadsTheEventsOfTheCurrentFolderAfterThePictures) {
+    PictureFolder::WriteBytes("database.bin", {2, 0, 0, 0});
+
+    init();
+
+    EXPECT_EQ(events.size(), 2U);
+}
+
+TEST_F(InitTest, StartsWithoutEventsWhereThereIsNoFile) {
+    events.emplace_back();
+
+    init();
+
+    EXPECT_TRUE(events.empty());
 }
 
 // ---- display ----
@@ -299,7 +336,6 @@ TEST_F(DisplayTest, TakesTheLocalTimeOnceAFrame) {
 
     display();
 
-    EXPECT_EQ(fakes::world().time_calls, 1);
     EXPECT_EQ(fakes::world().localtime_calls, 1);
     EXPECT_EQ(frame_time.tm_year, 113);
     EXPECT_EQ(frame_time.tm_mon, 1);
@@ -339,6 +375,23 @@ TEST_F(DisplayTest, DrawsThePictureOfTheOpenPanelOverTheWholeCanvasAndNoCharacte
         EXPECT_EQ(fakes::gl().primitives[0].texture, GUI[panel]) << "panel " << panel;
         EXPECT_EQ(fakes::Bounds(fakes::gl().primitives[0]), (fakes::Rect{0, 0, 512, 512}));
         EXPECT_TRUE(Scene().empty());
+    }
+}
+
+TEST_F(DisplayTest, DrawsThePanelPicturesOnceBeforeEverythingOnThem) {
+    for (const int screen : {0, 1, 2}) {
+        events.clear();
+        events.emplace_back();
+        edit_event = &events.back();
+        menu_case_id = screen;
+        fakes::gl().primitives.clear();
+
+        display();
+
+        EXPECT_GT(fakes::gl().primitives.size(), 20U) << "screen " << screen;
+        EXPECT_EQ(fakes::gl().primitives[0].texture, GUI[screen]);
+        EXPECT_EQ(fakes::gl().primitives[0].color, (fakes::Rgba{1, 1, 1, 1}));
+        EXPECT_EQ(fakes::gl().DrawnWith(GUI[screen]).size(), 1U) << "screen " << screen;
     }
 }
 

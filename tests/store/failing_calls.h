@@ -1,0 +1,20 @@
+// The library that makes system calls of a save fail, preloaded into the worker.
+//
+// Between WatchCalls() and ReleaseCalls() it counts the calls that touch files and spoils the one whose
+// number, from 1, stands in the environment variable ULMARO_SPOIL_CALL, in the way that ULMARO_SPOIL_WAY
+// names:
+//
+//   eio, enospc, eintr   it does nothing but fail with that error; close closes all the same
+//   short                a write takes half of its bytes, at least one; other calls are left alone
+//   full                 as short, and every later write finds no space
+//   kill                 the process is killed instead
+//   kill-after           it is killed once the call has been done; a write by half
+//
+// Where ULMARO_NO_LINKS is set, every hard link fails: the file system has none.
+#pragma once
+
+/// Starts to count.
+void WatchCalls();
+
+/// Stops; returns how many calls there were.
+int ReleaseCalls();

@@ -1,0 +1,117 @@
+// Loads, changes and saves the store in the current folder as the program does, by the words of its command
+// line, one after the other:
+//
+//   load       LoadEvents
+//   events N   the list becomes the N events that workshop.h calls version N
+//   save       SaveEvents
+//   watch      from here on the preloaded library (failing_calls.h) counts system calls and spoils one
+//   release    it stops; the number of calls goes to standard output, as a line
+//   copy NAME  the store is copied to the file NAME as it is now; where there is none, neither is a copy
+//   wait       a line goes to standard output, then one is awaited on standard input
+//   shuttle    loads, checks that the list is version 3 or 40 whole, makes it the other, saves, and so on for
+//              ever; a line goes to standard output before the first save
+//
+// Exits with 3 where "shuttle" loads anything else.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "calendar/events.h"
+#include "calendar/store.h"
+#include "tests/store/failing_calls.h"
+#include "tests/store/workshop.h"
+
+// Null without the library.
+__attribute__((weak)) void WatchCalls();
+__attribute__((weak)) int ReleaseCalls();
+
+namespace {
+
+void SetEvents(int version) {
+    events.clear();
+    for (int i = 0; i < version; ++i) {
+        const std::string record = store::RecordBytes(version, i);
+        std::copy_n(record.data(), sizeof(Event), reinterpret_cast<char*>(&events.emplace_back()));
+    }
+}
+
+/// Returns whether the list is a version, to the last byte.
+bool IsVersion(int version) {
+    int i = 0;
+    for (const Event& event : events) {
+        if (std::memcmp(&event, store::RecordBytes(version, i++).data(), sizeof event) != 0) return false;
+    }
+    return i == version;
+}
+
+void Say(const std::string& line) {
+    const std::string text = line + "\n";
+    if (write(STDOUT_FILENO, text.data(), text.size()) < 0) std::exit(4);
+}
+
+[[noreturn]] void Shuttle() {
+    for (bool first = true;; first = false) {
+        LoadEvents();
+        const int version = IsVersion(3) ? 3 : 40;
+        if (!IsVersion(version)) std::exit(3);
+        SetEvents(43 - version);
+        if (first) Say("shuttling");
+        SaveEvents();
+    }
+}
+
+void Wait() {
+    Say("waiting");
+    char c = 0;
+    while (read(STDIN_FILENO, &c, 1) == 1 && c != '\n') continue;
+}
+
+void Watch() {
+    if (WatchCalls != nullptr) WatchCalls();
+}
+
+void Copy(const std::string& name) {
+    std::error_code none;
+    std::filesystem::copy_file("database.bin", name, std::filesystem::copy_options::overwrite_existing, none);
+}
+
+/// Obeys a word; returns whether it knows it. `argument` is the word that follows.
+bool Obey(const std::string& word, const std::string& argument) {
+    if (word == "load")
+        LoadEvents();
+    else if (word == "events")
+        SetEvents(std::atoi(argument.c_str()));
+    else if (word == "save")
+        SaveEvents();
+    else if (word == "watch")
+        Watch();
+    else if (word == "release")
+        Say(std::to_string(ReleaseCalls == nullptr ? 0 : ReleaseCalls()));
+    else if (word == "copy")
+        Copy(argument);
+    else if (word == "wait")
+        Wait();
+    else if (word == "shuttle")
+        Shuttle();
+    else
+        return false;
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        const bool takes_argument = word == "events" || word == "copy";
+        if (takes_argument && ++i == argc) return 2;
+        if (!Obey(word, takes_argument ? argv[i] : "")) return 2;
+    }
+    return 0;
+}

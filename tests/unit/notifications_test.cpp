@@ -1,0 +1,676 @@
+// Index: reminders, appointments, weekly events, counting, the event that is opened, re-arming, the button,
+// its click, the badge, acknowledging, the pass in the frame.
+#include "app/notifications.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "tests/unit/calendar_fixture.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+using Places = std::vector<fakes::Rect>;
+using Rgbas = std::vector<fakes::Rgba>;
+
+class NotificationsTest : public CalendarTest {
+  protected:
+    void SetUp() override {
+        CalendarTest::SetUp();
+        character.drawn_delays = true;
+        character.next_sq = character.next_ce = character.next_st = character.next_swap = 1e6F;
+    }
+
+    /// Returns an appointment that is due in so many minutes.
+    static Event DueIn(int minutes, bool warned_60 = false, bool warned_30 = false) {
+        Event event = MakeAppointment("visita", 16, 5, 2012, 10, 30 + minutes);
+        event.warned_60 = warned_60 ? 1 : 0;
+        event.warned_30 = warned_30 ? 1 : 0;
+        return event;
+    }
+
+    /// Returns whether one frame finds an event due, alone.
+    static bool IsDue(const Event& event) {
+        events.clear();
+        Add(event);
+        Frame();
+        EXPECT_EQ(new_notify, n_notify == 1);
+        return n_notify == 1;
+    }
+
+    static std::string Opened() { return edit_event == nullptr ? "nothing" : NameOf(*edit_event); }
+
+    static void ClickButton() { ClickAt(435, 440); }
+};
+
+// ---- Reminders ----
+
+TEST_F(NotificationsTest, AReminderIsDueAfterItsPeriodAndThatOf3HoursAtItToo) {
+    struct Case {
+        int repeat;
+        float elapsed;
+        bool due;
+    };
+    const Case cases[] = {
+        {0, 3599.75F, false}, {0, 3600, false},    {0, 3600.25F, true},   {1, 7199.75F, false},
+        {1, 7200, false},     {1, 7200.25F, true}, {2, 10799.75F, false}, {2, 10800, true},
+        {2, 10800.25F, true}, {-1, 1e9F, false},   {3, 1e9F, false},      {0, NAN, false},
+    };
+    for (const Case& row : cases) {
+        EXPECT_EQ(IsDue(MakeReminder("r", row.repeat, row.elapsed)), row.due)
+            << row.repeat << " after " << row.elapsed;
+    }
+}
+
+TEST_F(NotificationsTest, TheFramesTimeCountsBeforeAReminderIsExamined) {
+    const Event& reminder = AddReminder("r", 0, 3600);
+
+    Frame(0.25F);
+
+    EXPECT_EQ(reminder.elapsed, 3600.25F);
+    EXPECT_EQ(n_notify, 1);
+}
+
+TEST_F(NotificationsTest, AReminderGoesOnCountingWhileItIsDue) {
+    const Event& reminder = AddReminder("r", 2, 10800);
+    for (int i = 0; i < 4; ++i) Frame(0.25F);
+
+    EXPECT_EQ(reminder.elapsed, 10801);
+    EXPECT_EQ(n_notify, 1);
+    EXPECT_TRUE(NothingIsSaved());
+}
+
+TEST_F(NotificationsTest, OnlyRemindersCountTheirSeconds) {
+    AddAppointments(1);
+    AddWeekly("w", 3, 20, 0);
+
+    Frame(0.25F);
+
+    for (const Event& event : events) EXPECT_EQ(event.elapsed, 0);
+}
+
+TEST_F(NotificationsTest, AReminderIsDueWhateverItsDateAndFlags) {
+    Event reminder = MakeReminder("r", 0, 4000);
+    reminder.done = reminder.warned_60 = reminder.warned_30 = 1;
+    reminder.date.year = 2030;
+
+    EXPECT_TRUE(IsDue(reminder));
+    EXPECT_EQ(n_notify, 1);
+}
+
+TEST_F(NotificationsTest, WhileAPanelIsOpenRemindersDoNotCountAndNothingIsExamined) {
+    const Event& reminder = AddReminder("r", 0, 3600);
+    edit_event = &events.front();
+    for (menu_case_id = 0; menu_case_id <= 3; ++menu_case_id) {
+        Frame(0.25F);
+
+        EXPECT_EQ(reminder.elapsed, 3600) << menu_case_id;
+        EXPECT_EQ(n_notify, 0);
+    }
+}
+
+TEST_F(NotificationsTest, EveryReminderIsDueInTheFirstFrameAfterTheStart) {
+    for (const int repeat : {0, 1, 2}) AddReminder("r", repeat, 5);
+    SaveEvents();
+    LoadEvents();
+
+    Frame();
+
+    EXPECT_EQ(n_notify, 3);
+}
+
+// ---- Appointments ----
+
+TEST_F(NotificationsTest, AnAppointmentIsDueByItsMinutesAndTheNoticesGiven) {
+    struct Case {
+        int minutes;
+        bool warned_60, warned_30, due;
+    };
+    const Case cases[] = {
+        {61, false, false, false}, {60, false, false, true}, {60, true, false, false},
+        {45, false, false, true},  {45, true, false, false}, {45, false, true, true},
+        {31, true, false, false},  {30, true, false, true},  {30, true, true, false},
+        {30, false, true, true},   {29, true, false, true},  {1, true, true, false},
+        {0, true, true, true},     {-1, true, true, true},   {-1, false, false, true},
+    };
+    for (const Case& row : cases) {
+        EXPECT_EQ(IsDue(DueIn(row.minutes, row.warned_60, row.warned_30)), row.due)
+            << row.minutes << ", " << row.warned_60 << ", " << row.warned_30;
+    }
+}
+
+TEST_F(NotificationsTest, AnAcknowledgedAppointmentIsNeverDueAgain) {
+    for (const int minutes : {-100, 0, 20, 50}) {
+        Event event = DueIn(minutes);
+        event.done = 1;
+
+        EXPECT_FALSE(IsDue(event)) << minutes;
+        EXPECT_EQ(events.front().done, 1);
+    }
+    EXPECT_TRUE(NothingIsSaved());
+}
+
+TEST_F(NotificationsTest, FlagsOtherThanZeroAndOneCountAsSet) {
+    Event event = DueIn(20);
+    event.warned_60 = 2;
+    event.warned_30 = 0x80;
+    EXPECT_FALSE(IsDue(event));
+
+    event = DueIn(-5);
+    event.done = 0xFF;
+    EXPECT_FALSE(IsDue(event));
+    EXPECT_EQ(events.front().done, 0xFF);
+}
+
+TEST_F(NotificationsTest, AnAppointmentWhoseTimePassedWhileTheProgramWasClosedIsDueAtTheNextStart) {
+    AddAppointment("vecchio", 2, 3, 2011, 9, 0);
+    SaveEvents();
+    LoadEvents();
+
+    Frame();
+
+    EXPECT_EQ(n_notify, 1);
+    EXPECT_EQ(Opened(), "vecchio");
+}
+
+TEST_F(NotificationsTest, AnUnknownKindIsNeverDue) {
+    for (const int kind : {-1, 3, 100}) {
+        Event event = DueIn(-5);
+        event.kind = kind;
+        event.elapsed = 1e6F;
+
+        EXPECT_FALSE(IsDue(event)) << kind;
+    }
+}
+
+TEST_F(NotificationsTest, NowIsTheFramesTime) {
+    Add(DueIn(61));
+    Frame();
+    EXPECT_EQ(n_notify, 0);
+    fakes::world().now += 60;
+
+    Frame();
+
+    EXPECT_EQ(n_notify, 1);
+}
+
+// ---- Weekly events ----
+
+TEST_F(NotificationsTest, AWeeklyEventIsDueOnItsWeekdayLikeAnAppointmentToday) {
+    Event event = MakeWeekly("w", 3, 11, 30);
+    event.date.day = 1;
+    EXPECT_TRUE(IsDue(event));
+    event.warned_60 = 1;
+    EXPECT_FALSE(IsDue(event));
+    event.time.hour = 11;
+    event.time.minute = 0;
+    EXPECT_TRUE(IsDue(event));
+    event.warned_30 = 1;
+    EXPECT_FALSE(IsDue(event));
+    event.time.hour = 10;
+    event.time.minute = 30;
+    EXPECT_TRUE(IsDue(event));
+    event.time.minute = 0;
+    EXPECT_TRUE(IsDue(event));
+    event.done = 1;
+    EXPECT_FALSE(IsDue(event));
+}
+
+TEST_F(NotificationsTest, AWeeklyEventIsNotDueOnAnyOtherDay) {
+    for (const int wday : {0, 1, 2, 4, 5, 6, -1, 7}) {
+        EXPECT_FALSE(IsDue(MakeWeekly("w", wday, 10, 30))) << wday;
+    }
+}
+
+// ---- Re-arming ----
+
+TEST_F(NotificationsTest, AWeeklyEventAcknowledgedOnMondayIsArmedAndSavedInTheFirstFrameOfTuesday) {
+    SetNow(2012, 5, 21, 23, 59, 59);  // a Monday
+    Event& event = AddWeekly("lezione", 1, 9, 0);
+    event.done = event.warned_60 = event.warned_30 = 1;
+    Frame();
+    EXPECT_EQ(event.done, 1);
+    EXPECT_TRUE(NothingIsSaved());
+    fakes::world().now += 1;
+
+    Frame();
+
+    EXPECT_EQ(event.done, 0);
+    EXPECT_EQ(n_notify, 0);
+    ASSERT_EQ(StoredNames(), (Names{"lezione"}));
+    EXPECT_EQ(StoredEvents()[0].done, 0);
+}
+
+TEST_F(NotificationsTest, ArmingIsSavedOnceAndNotAgain) {
+    AddWeekly("a", 1, 9, 0).done = 1;
+    AddWeekly("b", 2, 9, 0).done = 1;
+    Frame();
+    ASSERT_EQ(StoredEvents().size(), 2U);
+    std::filesystem::remove("database.bin");
+
+    Frame();
+
+    EXPECT_TRUE(NothingIsSaved());
+}
+
+TEST_F(NotificationsTest, OnlyWeeklyEventsAreArmedAgain) {
+    Event& appointment = AddAppointment("a", 14, 5, 2012, 9, 0);
+    Event& reminder = AddReminder("r", 0, 0);
+    Event unknown = MakeWeekly("u", 1, 9, 0);
+    unknown.kind = 3;
+    Event& other = Add(unknown);
+    appointment.wday = reminder.wday = 1;
+    appointment.done = reminder.done = other.done = 1;
+
+    Frame();
+
+    EXPECT_TRUE(appointment.done && reminder.done && other.done);
+    EXPECT_TRUE(NothingIsSaved());
+}
+
+TEST_F(NotificationsTest, ArmingLeavesTheNoticesAlone) {
+    Event& event = AddWeekly("w", 1, 9, 0);
+    event.done = event.warned_60 = event.warned_30 = 1;
+
+    Frame();
+
+    EXPECT_EQ(event.done, 0);
+    EXPECT_EQ(event.warned_60, 1);
+    EXPECT_EQ(event.warned_30, 1);
+}
+
+// ---- Counting ----
+
+TEST_F(NotificationsTest, CountsEveryDueEventAnewInEveryFrame) {
+    Add(DueIn(-1));
+    Add(DueIn(20));
+    Add(DueIn(500));
+    AddWeekly("w", 3, 10, 30);
+    AddReminder("r", 2, 10800);
+    AddReminder("s", 2, 0);
+    for (int i = 0; i < 3; ++i) {
+        Frame();
+
+        EXPECT_EQ(n_notify, 4);
+        EXPECT_TRUE(new_notify);
+    }
+    events.clear();
+
+    Frame();
+
+    EXPECT_EQ(n_notify, 0);
+    EXPECT_FALSE(new_notify);
+}
+
+TEST_F(NotificationsTest, TheMenuReadsThePreviousFramesCount) {
+    Add(DueIn(-1));
+
+    Frame();
+    EXPECT_EQ(Colours(icns[0]), (Rgbas{kWhite}));
+    Frame();
+    EXPECT_EQ(Colours(icns[0]), (Rgbas{kGrey}));
+}
+
+TEST_F(NotificationsTest, TheOwlPaysAttentionFromTheNextFrameOn) {
+    Add(DueIn(-1));
+    Frame();
+    EXPECT_TRUE(ButtonsDrawn(cloud).empty());
+
+    Frame();
+
+    EXPECT_EQ(ButtonsDrawn(cloud).size(), 1U);
+}
+
+// ---- The event that is opened ----
+
+TEST_F(NotificationsTest, SortsTheEventsInEveryFrame) {
+    AddAppointment("b", 20, 5, 2012, 9, 0);
+    AddAppointment("a", 19, 5, 2012, 9, 0);
+    AddReminder("r", 0, 0);
+
+    Frame();
+
+    EXPECT_EQ(NamesOf(events), (Names{"r", "a", "b"}));
+}
+
+TEST_F(NotificationsTest, OpensTheForemostDueAppointmentOrWeeklyEvent) {
+    AddReminder("promemoria", 2, 10800);
+    AddAppointment("dopo", 16, 5, 2012, 10, 20);
+    AddWeekly("settimanale", 3, 10, 10);
+    AddAppointment("prima", 16, 5, 2012, 10, 0);
+    Event done = MakeAppointment("fatto", 1, 5, 2012, 10, 0);
+    done.done = 1;
+    Add(done);
+
+    Frame();
+    EXPECT_EQ(Opened(), "prima");
+
+    events.remove_if([](const Event& event) { return NameOf(event) == "prima"; });
+    edit_event = nullptr;
+    Frame();
+    EXPECT_EQ(Opened(), "settimanale");
+}
+
+TEST_F(NotificationsTest, OpensTheForemostDueReminderWhereNothingElseIsDue) {
+    AddReminder("a", 2, 0);
+    AddReminder("b", 2, 10800);
+    AddReminder("c", 2, 10800);
+    Add(DueIn(500));
+
+    Frame();
+
+    EXPECT_EQ(Opened(), "b");
+    EXPECT_EQ(n_notify, 2);
+}
+
+TEST_F(NotificationsTest, WithNothingDueItLeavesTheOpenEventAlone) {
+    Add(DueIn(500));
+
+    Frame();
+
+    EXPECT_EQ(edit_event, nullptr);
+}
+
+// ---- The button ----
+
+TEST_F(NotificationsTest, ShowsNoButtonAndNoBadgeWithoutANotice) {
+    Add(DueIn(500));
+
+    Frame();
+
+    EXPECT_TRUE(ButtonsDrawn(icns[5]).empty());
+    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_TRUE(ButtonsDrawn(notify_circle).empty());
+    EXPECT_EQ(PrintedText().size(), 1U);  // the status line
+}
+
+TEST_F(NotificationsTest, ShowsTheNoticesButtonWhereSomethingIsDue) {
+    Add(DueIn(-1));
+
+    Frame();
+
+    EXPECT_EQ(ButtonsDrawn(icns[6]), (Places{Around(435, 440, 40, 40)}));
+    EXPECT_TRUE(ButtonsDrawn(icns[5]).empty());
+    EXPECT_EQ(Colours(icns[6]), (Rgbas{kWhite}));
+}
+
+TEST_F(NotificationsTest, ShowsTheQuizButtonForAnOfferAlsoWithANotice) {
+    spawn_question = true;
+    Frame();
+    EXPECT_EQ(ButtonsDrawn(icns[5]), (Places{Around(435, 440, 40, 40)}));
+    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_TRUE(ButtonsDrawn(notify_circle).empty());
+
+    Add(DueIn(-1));
+    Frame();
+
+    EXPECT_EQ(ButtonsDrawn(icns[5]).size(), 1U);
+    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_EQ(ButtonsDrawn(notify_circle).size(), 1U);
+}
+
+TEST_F(NotificationsTest, TheButtonBobsAndSoDoBadgeAndCount) {
+    Add(DueIn(-1));
+    for (const double clock : {0.25, 0.5, 1.25}) {
+        character.bt = static_cast<float>(clock);
+        const double bob = 3.5 * std::sin(4 * clock);
+
+        Frame();
+
+        EXPECT_NEAR(ButtonsDrawn(icns[6]).at(0).CentreY(), 440 + bob, 1e-3) << clock;
+        EXPECT_NEAR(ButtonsDrawn(notify_circle).at(0).CentreY(), 410 + bob, 1e-3) << clock;
+        ExpectPrinted({"1", 459, 401 + bob, true});
+    }
+}
+
+TEST_F(NotificationsTest, TheButtonLightsUpUnderThePointer) {
+    Add(DueIn(-1));
+    PointAt(435, 440);
+
+    Frame();
+
+    EXPECT_EQ(Colours(icns[6]), (Rgbas{kYellow}));
+}
+
+// ---- Its click ----
+
+TEST_F(NotificationsTest, AClickOpensTheViewOfAnAppointmentOrWeeklyEvent) {
+    for (const Event& event : {DueIn(20), MakeWeekly("w", 3, 10, 0)}) {
+        events.clear();
+        Add(event);
+        menu_case_id = -1;
+
+        ClickButton();
+
+        EXPECT_EQ(menu_case_id, 2);
+        EXPECT_EQ(edit_event, &events.front());
+        EXPECT_FALSE(force_back_hm);
+        EXPECT_EQ(ScreenShown(), -1);
+        Frame();
+        EXPECT_EQ(ScreenShown(), 2);
+    }
+    EXPECT_TRUE(NothingIsSaved());
+}
+
+TEST_F(NotificationsTest, AClickOpensTheEditorOfAReminderWhichLeadsBackToTheOwl) {
+    AddReminder("acqua", 0, 4000);
+
+    ClickButton();
+
+    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_TRUE(force_back_hm);
+    EXPECT_EQ(Opened(), "acqua");
+}
+
+TEST_F(NotificationsTest, WithAnOfferAndANoticeTheClickOpensTheEvent) {
+    Add(DueIn(20));
+    spawn_question = true;
+
+    ClickButton();
+
+    EXPECT_EQ(menu_case_id, 2);
+}
+
+TEST_F(NotificationsTest, TheButtonReachesToItsEdgesAndNotOntoThem) {
+    struct Case {
+        int x, y;
+        bool over;
+    };
+    const Case cases[] = {
+        {395, 440, false}, {396, 440, true}, {474, 440, true}, {475, 440, false},
+        {435, 400, false}, {435, 401, true}, {435, 479, true}, {435, 480, false},
+    };
+    for (const Case& row : cases) {
+        events.clear();
+        Add(DueIn(20));
+        menu_case_id = -1;
+
+        ClickAt(row.x, row.y);
+
+        EXPECT_EQ(menu_case_id, row.over ? 2 : -1) << row.x << ", " << row.y;
+    }
+}
+
+TEST_F(NotificationsTest, WithoutANoticeAClickThereOpensNothing) {
+    Add(DueIn(500));
+    edit_event = &events.front();
+
+    ClickButton();
+
+    EXPECT_EQ(menu_case_id, -1);
+}
+
+TEST_F(NotificationsTest, APointerWithoutClickOpensNothing) {
+    Add(DueIn(20));
+    PointAt(435, 440);
+
+    Frame();
+
+    EXPECT_EQ(menu_case_id, -1);
+}
+
+TEST_F(NotificationsTest, TheFrameOfTheClickStaysTheOwls) {
+    Add(DueIn(20));
+
+    ClickButton();
+
+    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ButtonsDrawn(notify_circle).size(), 1U);
+}
+
+// ---- The badge ----
+
+TEST_F(NotificationsTest, TheBadgeIs40UnitsWideBlendedAndALittleGrey) {
+    Add(DueIn(-1));
+
+    Frame();
+
+    const std::vector<fakes::Primitive> badges = fakes::gl().DrawnWith(notify_circle);
+    ASSERT_EQ(badges.size(), 1U);
+    EXPECT_EQ(fakes::Bounds(badges[0]), Around(465, 410, 20, 20));
+    EXPECT_EQ(badges[0].color, (fakes::Rgba{0.85F, 0.85F, 0.85F, 1}));
+    EXPECT_TRUE(badges[0].blend);
+    EXPECT_EQ(badges[0].blend_source, static_cast<GLenum>(GL_SRC_ALPHA));
+    EXPECT_EQ(badges[0].blend_destination, static_cast<GLenum>(GL_ONE_MINUS_SRC_ALPHA));
+    EXPECT_FALSE(badges[0].depth_mask);
+}
+
+TEST_F(NotificationsTest, TheCountStandsOnTheBadgeInWhite) {
+    for (int count = 1; count <= 12; ++count) {
+        Add(DueIn(-count));
+
+        Frame();
+
+        ExpectPrinted({std::to_string(count), 459, 401, true});
+    }
+}
+
+TEST_F(NotificationsTest, ButtonBadgeAndCountAreDrawnLastInThisOrder) {
+    Add(DueIn(-1));
+
+    Frame();
+
+    std::vector<unsigned int> textures;
+    for (const fakes::Primitive& drawn : fakes::gl().primitives) textures.push_back(drawn.texture);
+    ASSERT_GT(textures.size(), 3U);
+    EXPECT_EQ(std::vector<unsigned int>(textures.end() - 3, textures.end()),
+              (std::vector<unsigned int>{icns[6], notify_circle, font}));
+}
+
+TEST_F(NotificationsTest, LeavesWhite) {
+    Add(DueIn(-1));
+
+    Frame();
+
+    EXPECT_EQ(fakes::gl().color, kWhite);
+    EXPECT_FALSE(fakes::gl().Enabled(GL_BLEND));
+    EXPECT_TRUE(fakes::gl().depth_mask);
+}
+
+// ---- Acknowledging ----
+
+TEST_F(NotificationsTest, AnAppointment45MinutesAheadIsDueOnceForEachNoticeAndThenAtItsTime) {
+    Add(DueIn(45));
+    const auto acknowledge = [] {
+        ClickButton();
+        Frame();
+        ClickAt(485, 486);  // the view's check
+        Frame();
+        EXPECT_EQ(n_notify, 0);
+    };
+    const auto wait_minutes = [](int minutes) {
+        fakes::world().now += std::time_t{60} * minutes;
+        Frame();
+    };
+    Frame();
+    EXPECT_EQ(n_notify, 1);
+    acknowledge();
+    wait_minutes(14);  // 31 are left
+    EXPECT_EQ(n_notify, 0);
+    wait_minutes(1);
+    EXPECT_EQ(n_notify, 1);
+    acknowledge();
+    wait_minutes(29);  // 1 is left
+    EXPECT_EQ(n_notify, 0);
+    wait_minutes(1);
+    EXPECT_EQ(n_notify, 1);
+
+    acknowledge();
+
+    EXPECT_TRUE(events.empty());
+    EXPECT_TRUE(StoredEvents().empty());
+}
+
+TEST_F(NotificationsTest, AWeeklyEventOpenedInItsOwnMinuteIsDueAgainAtOnceAndDoneAMinuteLater) {
+    Event& event = AddWeekly("lezione", 3, 10, 30);
+    ClickButton();
+    Frame();
+    ClickAt(485, 486);
+    EXPECT_TRUE(event.warned_60 && event.warned_30);
+    EXPECT_EQ(event.done, 0);
+    EXPECT_EQ(n_notify, 1);
+
+    fakes::world().now += 60;
+    ClickButton();
+    Frame();
+    ClickAt(485, 486);
+
+    EXPECT_EQ(event.done, 1);
+    EXPECT_EQ(n_notify, 0);
+    EXPECT_EQ(StoredEvents().at(0).done, 1);
+}
+
+TEST_F(NotificationsTest, AReminderIsAcknowledgedByConfirmingItAndTheOwlReturns) {
+    Event& reminder = AddReminder("acqua", 0, 4000);
+    ClickButton();
+    Frame(0.25F);
+    EXPECT_EQ(reminder.elapsed, 4000);
+
+    ClickAt(476, 436);
+
+    EXPECT_EQ(reminder.elapsed, 0);
+    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_FALSE(force_back_hm);
+    EXPECT_EQ(StoredEvents().at(0).elapsed, 0);
+    Frame();
+    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(n_notify, 0);
+}
+
+TEST_F(NotificationsTest, AReminderOpenedFromItsNoticeAndDeletedIsNoLongerDue) {
+    AddReminder("acqua", 0, 4000);
+    ClickButton();
+    Frame();
+
+    ClickAt(485, 486);
+
+    EXPECT_EQ(menu_case_id, 0);
+    menu_case_id = -1;
+    Frame();
+    EXPECT_EQ(n_notify, 0);
+    EXPECT_EQ(edit_event, nullptr);
+}
+
+// ---- The pass in the frame ----
+
+TEST_F(NotificationsTest, ComesAfterTheMenuAndBeforeTheOfferRunsOut) {
+    Add(DueIn(-1));
+    spawn_question = true;
+    character.sqte = 20;
+
+    Frame(0.125F);
+
+    EXPECT_FALSE(spawn_question);
+    EXPECT_EQ(ButtonsDrawn(icns[5]).size(), 1U);
+}
+
+TEST_F(NotificationsTest, LeavesTheOwlsFrameAsItFoundIt) {
+    Add(DueIn(-1));
+
+    RunFrame(0.125F);
+
+    EXPECT_EQ(n_notify, 1);
+}
+
+}  // namespace

@@ -1,0 +1,332 @@
+// Index: from the window system to a field, what types what, where nothing is typed, the queue, special keys.
+#include "app/typing.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "tests/unit/calendar_fixture.h"
+
+namespace {
+
+/// Returns the codes set in key_state.
+std::vector<int> KeysSet() {
+    std::vector<int> keys;
+    for (int key = 0; key < 256; ++key) {
+        if (key_state[key]) keys.push_back(key);
+    }
+    return keys;
+}
+
+/// The editor on an event without texts, with the focus on its description.
+class TypingTest : public CalendarTest {
+  protected:
+    void SetUp() override {
+        CalendarTest::SetUp();
+        ListenToTyping();
+        edit_event = &Add(MakeAppointment("", 20, 9, 2013, 15, 20));
+        menu_case_id = 1;
+        edit_tf = 2;
+    }
+
+    static void TypeCode(int code) { TypeCharacter(static_cast<unsigned char>(code), 0, 0); }
+    static std::string Description() { return DescriptionOf(events.front()); }
+};
+
+// ---- From the window system to a field ----
+
+TEST_F(TypingTest, IsListenedToByGlutsKeyboardCallback) {
+    EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
+}
+
+TEST_F(TypingTest, OneCharacterAFrameArrivesInTheOrderOfTyping) {
+    for (const char c : std::string("zbba")) TypeCode(c);
+
+    std::vector<std::string> texts;
+    for (int i = 0; i < 5; ++i) {
+        Frame();
+        texts.push_back(Description());
+    }
+
+    EXPECT_EQ(texts, (std::vector<std::string>{"z", "zb", "zbb", "zbba", "zbba"}));
+}
+
+TEST_F(TypingTest, ACharacterIsDeliveredOnceAndAlone) {
+    TypeCode('a');
+    TypeCode('a');
+    key_state[3] = true;
+
+    DeliverTyping(true);
+    EXPECT_EQ(KeysSet(), (std::vector<int>{'a'}));
+    DeliverTyping(true);
+    EXPECT_EQ(KeysSet(), (std::vector<int>{'a'}));
+    DeliverTyping(true);
+
+    EXPECT_EQ(KeysSet(), (std::vector<int>{}));
+}
+
+TEST_F(TypingTest, ASentenceArrivesWhole) {
+    Type("Dentista, alle 9:30! (portare i documenti)");
+
+    EXPECT_EQ(Description(), "Dentista, alle 9:30! (portare i documenti)");
+}
+
+TEST_F(TypingTest, TheNameTakesItsFirst17Characters) {
+    edit_tf = 1;
+
+    Type("abcdefghijklmnopqrst");
+
+    EXPECT_EQ(NameOf(events.front()), "abcdefghijklmnopq");
+}
+
+TEST_F(TypingTest, TheDescriptionTakesItsFirst345Characters) {
+    SetText(events.front().description, std::string(340, 'd'));
+
+    Type("abcdefgh");
+
+    EXPECT_EQ(Description(), std::string(340, 'd') + "abcde");
+}
+
+// ---- What types what ----
+
+TEST_F(TypingTest, EveryPrintableAsciiCharacterTypesItself) {
+    std::string all;
+    for (char c = ' '; c <= '~'; ++c) all += c;
+
+    Type(all);
+
+    EXPECT_EQ(Description(), all);
+}
+
+TEST_F(TypingTest, BackspaceAndDeleteBothRemoveTheLastCharacter) {
+    for (const int code : {8, 127}) {
+        TypeCode(code);
+        DeliverTyping(true);
+        EXPECT_EQ(KeysSet(), (std::vector<int>{127})) << code;
+    }
+
+    Type("abc");
+    Type("\x08");
+    EXPECT_EQ(Description(), "ab");
+    Type("\x7F");
+
+    EXPECT_EQ(Description(), "a");
+}
+
+TEST_F(TypingTest, RemovingFromAnEmptyTextDoesNothing) {
+    Type("\x08\x08\x7F");
+
+    EXPECT_EQ(Description(), "");
+}
+
+TEST_F(TypingTest, EnterTabEscapeAndTheOtherControlCharactersTypeNothing) {
+    for (int code = 0; code < ' '; ++code) {
+        if (code == 8) continue;
+
+        TypeCode(code);
+        Frame();
+        Frame();
+
+        EXPECT_EQ(Description(), "") << code;
+    }
+}
+
+TEST_F(TypingTest, ItalianAccentedLettersTypeThePlainLetterAndAnApostrophe) {
+    struct Case {
+        int latin1;
+        const char* text;
+    };
+    const Case cases[] = {
+        {0xE0, "a'"}, {0xE8, "e'"}, {0xE9, "e'"}, {0xEC, "i'"}, {0xF2, "o'"}, {0xF9, "u'"},
+        {0xC0, "A'"}, {0xC8, "E'"}, {0xC9, "E'"}, {0xCC, "I'"}, {0xD2, "O'"}, {0xD9, "U'"},
+    };
+    for (const Case& row : cases) {
+        SetText(events.front().description, "");
+
+        Type(std::string(1, static_cast<char>(row.latin1)) + "x");
+
+        EXPECT_EQ(Description(), std::string(row.text) + "x") << row.latin1;
+    }
+}
+
+TEST_F(TypingTest, EveryOtherCharacterBeyondAsciiTypesNothing) {
+    const std::string italian = "\xE0\xE8\xE9\xEC\xF2\xF9\xC0\xC8\xC9\xCC\xD2\xD9";
+    for (int code = 128; code < 256; ++code) {
+        if (italian.find(static_cast<char>(code)) != std::string::npos) continue;
+        TypeCode(code);
+        Frame();
+        Frame();
+
+        EXPECT_EQ(Description(), "") << code;
+    }
+}
+
+// ---- Where nothing is typed ----
+
+TEST_F(TypingTest, WhatIsTypedWithoutFocusIsDropped) {
+    edit_tf = 0;
+    TypeCode('a');
+    TypeCode('b');
+    Frame();
+    edit_tf = 2;
+
+    for (int i = 0; i < 4; ++i) Frame();
+
+    EXPECT_EQ(Description(), "");
+    EXPECT_EQ(NameOf(events.front()), "");
+}
+
+TEST_F(TypingTest, WhatIsTypedOnAnotherScreenIsDropped) {
+    for (const int screen : {-1, 0, 2, 3}) {
+        menu_case_id = screen;
+        edit_event = &events.front();
+        TypeCode('a');
+        Frame();
+        menu_case_id = 1;
+        edit_event = &events.front();
+
+        Frame();
+        Frame();
+
+        EXPECT_EQ(Description(), "") << screen;
+    }
+}
+
+TEST_F(TypingTest, NothingTypedChangesAnEventInTheView) {
+    menu_case_id = 2;
+    const Event before = events.front();
+    for (const int field : {1, 2}) {
+        edit_tf = field;
+
+        Type("abc\x08");
+
+        EXPECT_TRUE(SameBytes(events.front(), before));
+    }
+}
+
+TEST_F(TypingTest, WhatWasTypedInTheViewDoesNotReachTheEditorLater) {
+    menu_case_id = 2;
+    Type("abc");
+    menu_case_id = 1;
+
+    for (int i = 0; i < 4; ++i) Frame();
+
+    EXPECT_EQ(Description(), "");
+}
+
+TEST_F(TypingTest, WhatIsStillWaitingWhenTheFieldLosesTheFocusIsDropped) {
+    for (const char c : std::string("abcdef")) TypeCode(c);
+    Frame();
+    ClickAt(300, 300);
+    ASSERT_EQ(edit_tf, 0);
+    Frame();
+    edit_tf = 2;
+
+    for (int i = 0; i < 8; ++i) Frame();
+
+    EXPECT_EQ(Description(), "a");
+}
+
+TEST_F(TypingTest, CharactersWaitWhileAClickDecidesWhereTheyGo) {
+    edit_tf = 0;
+    TypeCode('a');
+
+    ClickAt(120, 220);
+    EXPECT_EQ(NameOf(events.front()), "");
+    Frame();
+
+    EXPECT_EQ(NameOf(events.front()), "a");
+}
+
+TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
+    AddAppointment("altro", 1, 1, 2014, 0, 0);
+    for (const char c : std::string("abc")) TypeCode(c);
+    ClickAt(485, 486);
+    ASSERT_EQ(NamesOf(events), (std::vector<std::string>{"altro"}));
+    edit_event = &events.front();
+    menu_case_id = 1;
+
+    for (int i = 0; i < 5; ++i) Frame();
+
+    EXPECT_EQ(Description(), "");
+}
+
+// ---- The queue ----
+
+TEST_F(TypingTest, KeepsUpTo4096CharactersThatWait) {
+    for (int i = 0; i < 5000; ++i) TypeCode(i < 4096 ? 'a' : 'b');
+    int delivered = 0;
+    do {
+        DeliverTyping(true);
+        if (key_state['a']) ++delivered;
+        EXPECT_FALSE(key_state['b']);
+    } while (!KeysSet().empty());
+
+    EXPECT_EQ(delivered, 4096);
+}
+
+TEST_F(TypingTest, ListeningAnewForgetsWhatWaits) {
+    TypeCode('a');
+
+    ListenToTyping();
+    DeliverTyping(true);
+
+    EXPECT_TRUE(KeysSet().empty());
+}
+
+// ---- Special keys ----
+
+TEST_F(TypingTest, SpecialKeysNeverType) {
+    for (int key = 0; key < 256; ++key) keyboard_down(key, 0, 0);
+    Frame();
+    EXPECT_EQ(Description(), "");
+
+    keyboard_down(GLUT_KEY_SHIFT_L, 0, 0);  // shares its code with 'p'
+    TypeCode('P');
+    Frame();
+
+    EXPECT_EQ(Description(), "P");
+}
+
+TEST_F(TypingTest, ASpecialKeyThatIsReleasedTakesNoCharacterAway) {
+    TypeCode('p');
+    keyboard_down('p', 0, 0);
+    keyboard_up('p', 0, 0);
+
+    Frame();
+
+    EXPECT_EQ(Description(), "p");
+}
+
+TEST_F(TypingTest, SpecialKeysTypeNothingInAFrameWithAClickEither) {
+    keyboard_down('p', 0, 0);
+
+    ClickAt(256, 108);
+
+    EXPECT_EQ(Description(), "");
+}
+
+TEST_F(TypingTest, TheKeysAreClearedAtTheEndOfTheFrame) {
+    TypeCode('a');
+
+    Frame();
+
+    EXPECT_TRUE(KeysSet().empty());
+}
+
+TEST(TypingStartTest, WithoutListeningKeyStateIsTakenAsItIs) {
+    ExpectInFreshProcess([] {
+        edit_event = &events.emplace_back();
+        menu_case_id = 1;
+        edit_tf = 2;
+        keyboard_down('p', 0, 0);
+        key_state['a'] = true;
+        TypeCharacter('x', 0, 0);
+        display();
+        display();
+        return DescriptionOf(*edit_event) == "ap";
+    });
+}
+
+}  // namespace
