@@ -22,6 +22,9 @@ constexpr char kFile[] = "database.bin";
 constexpr std::int64_t kCountBytes = 4;
 constexpr std::int64_t kRecordBytes = sizeof(Event);
 
+/// So many bytes are copied at once.
+constexpr std::int64_t kCopyBytes = 65536;
+
 /// So many records are read or written at once.
 constexpr std::int64_t kChunkRecords = 256;
 
@@ -225,7 +228,7 @@ bool CopyBytes(const File& from, const File& to) {
     if (left < 0) return false;
     std::vector<char> bytes;
     while (left > 0) {
-        bytes.resize(static_cast<std::size_t>(std::min<std::int64_t>(left, 64 * 1024)));
+        bytes.resize(static_cast<std::size_t>(std::min(left, kCopyBytes)));
         if (ReadFully(from, bytes.data(), std::ssize(bytes)) != std::ssize(bytes)) return false;
         if (!WriteFully(to, bytes)) return false;
         left -= std::ssize(bytes);

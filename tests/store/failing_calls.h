@@ -18,3 +18,6 @@ void WatchCalls();
 
 /// Stops; returns how many calls there were.
 int ReleaseCalls();
+
+/// Returns the name of the call that was spoilt; "none" where none was, "late" where it came after a rename.
+const char* SpoiltCall();

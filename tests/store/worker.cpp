@@ -5,7 +5,7 @@
 //   events N   the list becomes the N events that workshop.h calls version N
 //   save       SaveEvents
 //   watch      from here on the preloaded library (failing_calls.h) counts system calls and spoils one
-//   release    it stops; the number of calls goes to standard output, as a line
+//   release    it stops; the number of calls and the name of the spoilt one go to standard output, as a line
 //   copy NAME  the store is copied to the file NAME as it is now; where there is none, neither is a copy
 //   wait       a line goes to standard output, then one is awaited on standard input
 //   shuttle    loads, checks that the list is version 3 or 40 whole, makes it the other, saves, and so on for
@@ -30,6 +30,7 @@
 // Null without the library.
 __attribute__((weak)) void WatchCalls();
 __attribute__((weak)) int ReleaseCalls();
+__attribute__((weak)) const char* SpoiltCall();
 
 namespace {
 
@@ -76,6 +77,10 @@ void Watch() {
     if (WatchCalls != nullptr) WatchCalls();
 }
 
+void Release() {
+    if (ReleaseCalls != nullptr) Say(std::to_string(ReleaseCalls()) + " " + SpoiltCall());
+}
+
 void Copy(const std::string& name) {
     std::error_code none;
     std::filesystem::copy_file("database.bin", name, std::filesystem::copy_options::overwrite_existing, none);
@@ -92,7 +97,7 @@ bool Obey(const std::string& word, const std::string& argument) {
     else if (word == "watch")
         Watch();
     else if (word == "release")
-        Say(std::to_string(ReleaseCalls == nullptr ? 0 : ReleaseCalls()));
+        Release();
     else if (word == "copy")
         Copy(argument);
     else if (word == "wait")

@@ -306,9 +306,7 @@ TEST_F(EventsTest, SortingBringsEveryReminderToTheFront) {
     ASSERT_EQ(events.size(), 60U);
     std::vector<Event> sorted(events.begin(), events.end());
     for (std::size_t i = 0; i < 20; ++i) EXPECT_EQ(sorted[i].kind, kReminder);
-    for (std::size_t i = 20; i < 60; ++i) {
-        EXPECT_NE(sorted[i].kind, kReminder);
-    }
+    for (std::size_t i = 20; i < 60; ++i) EXPECT_NE(sorted[i].kind, kReminder);
     for (std::size_t i = 21; i < 60; ++i) EXPECT_FALSE(sort_by_date(sorted[i], sorted[i - 1])) << i;
 }
 

@@ -257,11 +257,11 @@ TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
 TEST_F(TypingTest, KeepsUpTo4096CharactersThatWait) {
     for (int i = 0; i < 5000; ++i) TypeCode(i < 4096 ? 'a' : 'b');
     int delivered = 0;
-    do {
+    for (int frame = 0; frame < 5000; ++frame) {
         DeliverTyping(true);
         if (key_state['a']) ++delivered;
         EXPECT_FALSE(key_state['b']);
-    } while (!KeysSet().empty());
+    }
 
     EXPECT_EQ(delivered, 4096);
 }
