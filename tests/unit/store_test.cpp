@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
@@ -744,6 +745,18 @@ TEST_F(StoreTest, WhereTheTargetsFolderOfADanglingLinkIsGoneItSaysSo) {
 
     EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
     EXPECT_TRUE(std::filesystem::is_symlink("database.bin"));
+}
+
+TEST_F(StoreTest, ALinkThatLeadsToItselfIsNotReplaced) {
+    std::filesystem::create_symlink("database.bin", "database.bin");
+    LoadEvents();
+    AddAppointments(1);
+
+    EXPECT_EQ(Save(), Complaint("errore di sistema numero " + std::to_string(ELOOP)));
+
+    EXPECT_TRUE(std::filesystem::is_symlink("database.bin"));
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+    EXPECT_EQ(events.size(), 1U);
 }
 
 TEST_F(StoreTest, WithAFolderInTheFilesPlaceItSaysSoAndLeavesTheFolder) {
