@@ -121,11 +121,12 @@ class TheCalendar : public OnDesktop {
         program_->TypeText(text);
     }
 
-    /// Strikes a key, too short for it to repeat.
+    /// Strikes a key, too briefly for it to repeat.
     void Tap(KeySym key) {
         desk.Key(key, true);
         desk.Key(key, false);
-        program_->WaitForFrames(4);
+        program_->AwaitEvents();
+        program_->WaitForFrames(2);
     }
 
     /// Opens the list from the owl's menu, a fresh event from there, or the event in a row.

@@ -297,9 +297,9 @@ void Desktop::Uncover() {
 
 namespace {
 
-/// How many frames a button or a key stays down: the press and the release must not meet between the same two
-/// frames.
-constexpr std::uint64_t kHeldFrames = 3;
+/// How many frames a button or a key stays down once the program knows: the press and the release must not
+/// meet between the same two frames.
+constexpr std::uint64_t kHeldFrames = 2;
 
 std::string Joined(const std::vector<std::string>& words, char separator) {
     std::string joined;
@@ -419,30 +419,58 @@ void Program::LetTimePass(double seconds) {
     WaitForFrames(2);
 }
 
+double Program::StalledSeconds() const {
+    return static_cast<double>(probe_->stalled) / 1e9;
+}
+
+void Program::AwaitEvents() {
+    Display* connection = desktop_.Connection();
+    const long mark = ++marks_;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window_;
+    event.xclient.message_type = XInternAtom(connection, "ULMARO_TEST_MARK", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = kMarkWord;
+    event.xclient.data.l[1] = mark;
+    XSendEvent(connection, window_, False, NoEventMask, &event);
+    XSync(connection, False);
+    const auto read = [&] {
+        return probe_->mark == static_cast<std::uint64_t>(mark) || !process_->Running();
+    };
+    if (!WaitUntil(read, 20)) Fail("the program reads no events");
+}
+
 void Program::MovePointer(CanvasPoint point) {
     const ScreenRect place = Place();
     desktop_.MovePointer({place.x + static_cast<int>(point.x * place.width / kCanvas),
                           place.y + static_cast<int>((kCanvas - point.y) * place.height / kCanvas)});
+    AwaitEvents();
     WaitForFrames(2);
 }
 
 void Program::Click(CanvasPoint point, unsigned int button) {
     MovePointer(point);
     desktop_.Button(button, true);
+    AwaitEvents();
     WaitForFrames(kHeldFrames);
     desktop_.Button(button, false);
+    AwaitEvents();
     WaitForFrames(kHeldFrames);
 }
 
 void Program::Type(KeySym key) {
     desktop_.Key(key, true);
+    AwaitEvents();
     WaitForFrames(kHeldFrames);
     desktop_.Key(key, false);
+    AwaitEvents();
     WaitForFrames(kHeldFrames);
 }
 
 void Program::TypeText(const std::string& text) {
     desktop_.TypeText(text);
+    AwaitEvents();
     WaitForFrames(2 * text.size() + kHeldFrames);  // an accented letter is two characters
 }
 

@@ -188,6 +188,13 @@ class Program {
 
     // ---- Touching ----
 
+    /// Returns how many seconds were lost so far in frames so long that they advance no timer, as on a busy
+    /// machine.
+    double StalledSeconds() const;
+
+    /// Waits until the program has read all events that were sent to it so far.
+    void AwaitEvents();
+
     /// Puts the pointer on a canvas point of the window and waits until a frame has seen it there.
     void MovePointer(CanvasPoint point);
 
@@ -229,6 +236,7 @@ class Program {
     Folder files_;   ///< the program's working folder: its data files and nothing else
     Folder output_;  ///< what it said, and the probe's file
     Probe* probe_ = nullptr;
+    long marks_ = 0;  ///< sent so far
     std::optional<Process> process_;
     Window window_ = None;
 };

@@ -79,7 +79,7 @@ TEST_P(TheHiddenOwl, DrawsTenFramesASecondAndCostsLittle) {
 /// Returns how far the owl's breath is from where its clock should have brought it, seconds, by two looks a
 /// quarter of a breath apart. The program's clock must be in hand. Nothing where a blink hides the pupils.
 std::optional<double> BreathError(Program& program) {
-    const double clock = program.ClockSeconds();
+    const double clock = program.ClockSeconds() - program.StalledSeconds();
     const std::optional<Gaze> first = GazeIn(program.Look());
     program.LetTimePass(kPi / 4);
     const std::optional<Gaze> second = GazeIn(program.Look());

@@ -1,6 +1,7 @@
 // The library that the desktop tests load into the program; probe.h says what for.
 #include "tests/desktop/probe.h"
 
+#include <X11/Xlib.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -63,6 +64,15 @@ void* AwaitReply(const char* name, void* connection, Request request, void* erro
     return reply;
 }
 
+/// Adds up the frames that the program takes for stalls, as it does: from the end of one frame to that of the
+/// next.
+void CountStall() {
+    static std::int64_t last = 0;
+    const std::int64_t now = ProgramClock();
+    if (now - last > desktop::kStallNanoseconds) probe->stalled += now - last;
+    last = now;
+}
+
 }  // namespace
 
 extern "C" {
@@ -88,7 +98,18 @@ void glXSwapBuffers(void* display, unsigned long drawable) {
     const std::int64_t step = std::min(probe->to_pass.load(), desktop::kLongestStepNanoseconds);
     probe->clock += step;
     probe->to_pass -= step;
+    CountStall();
     ++probe->frames;
+}
+
+int XNextEvent(Display* connection, XEvent* event) {
+    static const auto next = Next<int (*)(Display*, XEvent*)>("XNextEvent");
+    const int result = next(connection, event);
+    if (probe != nullptr && event->type == ClientMessage && event->xclient.format == 32 &&
+        event->xclient.data.l[0] == desktop::kMarkWord) {
+        probe->mark = static_cast<std::uint64_t>(event->xclient.data.l[1]);
+    }
+    return result;
 }
 
 void* xcb_wait_for_reply(void* connection, unsigned int request, void* error) {

@@ -18,12 +18,22 @@ constexpr char kProbeVariable[] = "ULMARO_PROBE";
 /// seconds above which the program takes a frame for a stall.
 constexpr std::int64_t kLongestStepNanoseconds = 100'000'000;
 
+/// A client message of format 32 with this first word is a mark: its second word, a number, is noted when the
+/// program reads the message, and so has read all events that were sent before it. To the program it means
+/// nothing.
+constexpr long kMarkWord = 0x6D61726B;
+
+/// A longer frame advances no timer of the program, nanoseconds.
+constexpr std::int64_t kStallNanoseconds = 250'000'000;
+
 struct Probe {
     std::atomic<std::uint64_t> frames;  ///< buffer swaps so far; written by the library
     std::atomic<std::uint64_t>
         round_trips;                    ///< answers awaited from the X server so far; written by the library
     std::atomic<std::int64_t> clock;    ///< the program's clock since its start, ns; written by the library
+    std::atomic<std::int64_t> stalled;  ///< length of all frames that the program took for stalls, ns
     std::atomic<bool> clock_in_hand;    ///< the clock moves by `to_pass` alone; written by the test
+    std::atomic<std::uint64_t> mark;    ///< the last mark read; written by the library
     std::atomic<std::int64_t> to_pass;  ///< time yet to pass, ns; raised by the test, used up by the frames
 };
 

@@ -88,6 +88,8 @@ std::string Drain(int& file) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     for (const auto& [name, value] : start.environment) setenv(name.c_str(), value.c_str(), 1);
     if (chdir(folder.Path().c_str()) != 0) _exit(126);
+    // Opened first, because `before` may give up the right to reach the worker's folder.
+    const int worker = open(ULMARO_STORE_WORKER, O_RDONLY | O_CLOEXEC);
     start.before();
     std::istringstream in(words);
     std::vector<std::string> texts{ULMARO_STORE_WORKER};
@@ -95,7 +97,7 @@ std::string Drain(int& file) {
     std::vector<char*> arguments;
     for (std::string& text : texts) arguments.push_back(text.data());
     arguments.push_back(nullptr);
-    execv(arguments[0], arguments.data());
+    fexecve(worker, arguments.data(), environ);
     _exit(127);
 }
 
