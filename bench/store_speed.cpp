@@ -92,7 +92,12 @@ bool CompareStore(int count, const std::string& name, int pairs) {
     std::ofstream(kStore, std::ios::binary) << bytes;
     ReadPlainly();
     bool good = Compare(
-        "loading " + name + " events", pairs, kLoadLimit, [] { events.clear(); malloc_trim(0); }, LoadEvents, ReadPlainly);
+        "loading " + name + " events", pairs, kLoadLimit,
+        [] {
+            events.clear();
+            malloc_trim(0);
+        },
+        LoadEvents, ReadPlainly);
     if (events.size() != static_cast<std::size_t>(count)) Fail("the events were not loaded");
     good &= Compare(
         "saving " + name + " events", pairs, kSaveLimit, [] {}, SaveEvents, [&] { WritePlainly(bytes); });
