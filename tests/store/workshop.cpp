@@ -27,7 +27,17 @@ std::string FileBytes(int version) {
 
 // ---- Folder ----
 
-Folder::Folder() : path_((files::temp_directory_path() / "ulmaro-store-XXXXXX").string()) {
+namespace {
+
+files::path PathOf(Place place) {
+    const char* memory = "/dev/shm";
+    const bool writable = access(memory, W_OK) == 0;
+    return place == Place::kMemory && writable ? files::path(memory) : files::temp_directory_path();
+}
+
+}  // namespace
+
+Folder::Folder(Place place) : path_((PathOf(place) / "ulmaro-store-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("cannot make " + path_);
 }
 

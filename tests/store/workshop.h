@@ -51,10 +51,16 @@ inline std::string RecordBytes(int version, int index) {
 /// Returns the whole file of a version.
 std::string FileBytes(int version);
 
-/// A folder of its own under the temporary folder; it goes with the object.
+/// Where a folder is to lie.
+enum class Place {
+    kDisk,    ///< in the temporary folder
+    kMemory,  ///< in a file system in memory, if there is one: quick, because a flush has nothing to wait for
+};
+
+/// A folder of its own; it goes with the object.
 class Folder {
   public:
-    Folder();
+    explicit Folder(Place place = Place::kDisk);
     ~Folder();
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
