@@ -12,6 +12,7 @@
 #include "calendar/store.h"
 #include "engine/Button.h"
 #include "engine/MacEngine.h"
+#include "quiz/dialog.h"
 
 int n_notify = 0;
 bool new_notify = false;
@@ -95,6 +96,12 @@ void OpenEvent() {
     if (reminder) force_back_hm = true;
 }
 
+void OpenQuiz() {
+    StopLaughing();
+    menu_case_id = 3;
+    AskQuestion();
+}
+
 /// Shows the button of a due event or of the quiz offer. With both it wears the offer's icon and opens the
 /// event, which is meant.
 void ShowNotificationButton() {
@@ -102,7 +109,12 @@ void ShowNotificationButton() {
     if (!due && !spawn_question) return;
     const Button bell(icns[spawn_question ? 5 : 6], 435, 440 + Bob(), 40, 40);
     bell.Display(true);
-    if (bell.isClicked() && due) OpenEvent();
+    if (!bell.isClicked()) return;
+    if (due) {
+        OpenEvent();
+    } else {
+        OpenQuiz();
+    }
 }
 
 void ShowBadge() {

@@ -17,6 +17,8 @@
 #include "engine/MotionBlur.h"
 #include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
+#include "quiz/dialog.h"
+#include "quiz/questions.h"
 
 float global_time = 0;
 int menu_case_id = -1;
@@ -62,6 +64,9 @@ bool DrawScreen() {
         case 1:
         case 2:
             return EventEditor();
+        case 3:
+            QuizDialog();
+            return true;
         default:
             return true;
     }
@@ -94,6 +99,7 @@ void init() {
     glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST);
     glEnable(GL_TEXTURE_2D);
     LoadTextures();
+    GenQuestions();
     LoadEvents();
 }
 

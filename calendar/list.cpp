@@ -49,10 +49,6 @@ void Open(Event& event) {
 
 // ---- Steps ----
 
-void DrawTabs() {
-    for (const ButtonPlace& tab : kTabs) ButtonAt(tab, button[0]).Display(false);
-}
-
 void ShowAddButton() {
     if (ShowButton(kAddButton, button_add)) Open(events.emplace_back());
 }
@@ -141,7 +137,7 @@ void ShowArrows() {
 }  // namespace
 
 void EventList() {
-    DrawTabs();
+    DrawTabs(button[0]);
     ShowAddButton();
     ClampScroll();
     ShowCloseButton();

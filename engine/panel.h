@@ -29,3 +29,8 @@ inline bool ShowButton(const ButtonPlace& place, unsigned int texture) {
     shown.Display(true);
     return shown.isClicked();
 }
+
+/// Draws the tabs as a mere header: all alike, without function.
+inline void DrawTabs(unsigned int texture) {
+    for (const ButtonPlace& tab : kTabs) ButtonAt(tab, texture).Display(false);
+}

@@ -1,6 +1,6 @@
 // The calendar as its user sees it: the store's file, the clock on the wall, and the places of the screens.
 //
-// Shared by the calendar's tests and by what takes pictures of its screens.
+// Shared by the tests of the screens and by what takes pictures of them.
 #pragma once
 
 #include <array>
@@ -67,6 +67,7 @@ constexpr CanvasPoint kNowhere = {200, 440};
 
 // The owl's screen.
 constexpr CanvasPoint kMenuPlan = {44.5, 465};
+constexpr CanvasPoint kMenuAsk = {44.5, 360};
 constexpr CanvasPoint kBell = {435, 440};
 
 /// Where the number on the badge is centred.
@@ -87,6 +88,9 @@ constexpr int kRows = 12;
 constexpr CanvasPoint Row(int row) {
     return {241.5, 390.0 - 32 * row};
 }
+
+// The quiz: the answers, in pairs from left to right.
+constexpr std::array<CanvasPoint, 4> kAnswers = {{{138, 110}, {374, 110}, {138, 52}, {374, 52}}};
 
 // The editor.
 constexpr CanvasPoint kNameField = {120, 220};

@@ -419,6 +419,15 @@ void Program::LetTimePass(double seconds) {
     WaitForFrames(2);
 }
 
+void Program::LoadDice(int number) {
+    probe_->dice = number;
+    probe_->dice_in_hand = true;
+}
+
+void Program::ReleaseDice() {
+    probe_->dice_in_hand = false;
+}
+
 double Program::StalledSeconds() const {
     return static_cast<double>(probe_->stalled) / 1e9;
 }

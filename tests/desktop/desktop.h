@@ -186,6 +186,13 @@ class Program {
     /// the last.
     void LetTimePass(double seconds);
 
+    /// Lets the program draw this random number and no other, 0 .. RAND_MAX. Only for moments: it waits for
+    /// another pose than the owl's until it draws one.
+    void LoadDice(int number);
+
+    /// Lets the program draw its own random numbers again.
+    void ReleaseDice();
+
     // ---- Touching ----
 
     /// Returns how many seconds were lost so far in frames so long that they advance no timer, as on a busy

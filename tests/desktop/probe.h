@@ -3,7 +3,8 @@
 //
 // The library is loaded into the program ahead of its own. It counts the frames and the round trips to the X
 // server, and it can take the program's monotonic clock in hand, so that a test moves the owl through minutes
-// in moments and measures an owl that holds still. Only the program's main thread sees that clock.
+// in moments and measures an owl that holds still, and its dice, so that it asks the question wanted. Only
+// the program's main thread sees that clock.
 #pragma once
 
 #include <atomic>
@@ -34,6 +35,8 @@ struct Probe {
     std::atomic<std::int64_t> stalled;  ///< length of all frames that the program took for stalls, ns
     std::atomic<bool> clock_in_hand;    ///< the clock moves by `to_pass` alone; written by the test
     std::atomic<std::uint64_t> mark;    ///< the last mark read; written by the library
+    std::atomic<bool> dice_in_hand;     ///< the program draws `dice` only; written by the test
+    std::atomic<std::int32_t> dice;     ///< the random number that it draws then, 0 .. RAND_MAX
     std::atomic<std::int64_t> to_pass;  ///< time yet to pass, ns; raised by the test, used up by the frames
 };
 

@@ -1,4 +1,4 @@
-// Takes pictures of the calendar's screens in the real program, for the guide and for looking at.
+// Takes pictures of the screens in the real program, for the guide and for looking at.
 //
 // usage: take_pictures [FOLDER]      writes FOLDER/SCREEN-SIZE.png, the window being SIZE pixels wide and
 // high
@@ -176,6 +176,28 @@ void TakeNotices(Desktop& desktop, const Photographer& photographer) {
     photographer.Take(twelve.program, "owl-12-notices");
 }
 
+/// Takes the dialog with a question, by its number in the bank from 0, before any answer and after one.
+void TakeQuiz(Desktop& desktop, const Photographer& photographer, int question, int answer,
+              const std::string& name) {
+    Stage stage(desktop, {}, kMorning);
+    stage.program.Click(kMenuAsk);
+    stage.program.LoadDice(question);
+    stage.program.Click(kBell);
+    stage.program.ReleaseDice();
+    photographer.Take(stage.program, name);
+    stage.program.Click(kAnswers.at(static_cast<std::size_t>(answer)));
+    photographer.Take(stage.program, name + "-answer-" + std::to_string(answer));
+}
+
+/// Takes the longest question, the longest answers and the first question, with right and wrong answers.
+void TakeQuizzes(Desktop& desktop, const Photographer& photographer) {
+    constexpr int kLongest = 66;
+    constexpr int kLongAnswers = 32;
+    TakeQuiz(desktop, photographer, 0, 0, "quiz-wrong");
+    TakeQuiz(desktop, photographer, kLongest, 0, "quiz-long");
+    TakeQuiz(desktop, photographer, kLongAnswers, 2, "quiz-long-answers");
+}
+
 void TakeAll(const std::string& folder) {
     std::filesystem::create_directories(folder);
     const Photographer photographer(folder);
@@ -184,6 +206,7 @@ void TakeAll(const std::string& folder) {
     TakeEditors(desktop, photographer);
     TakeViews(desktop, photographer);
     TakeNotices(desktop, photographer);
+    TakeQuizzes(desktop, photographer);
 }
 
 }  // namespace

@@ -1,0 +1,17 @@
+// The quiz dialog: one question of the bank, four answers to choose from.
+//
+// The first pick is final; the right answer then turns green and a wrong pick red. The owl reacts only when
+// the dialog is closed. There is no score, and nothing is stored.
+#pragma once
+
+#include <cstdint>
+
+/// Index into `questions` of the question asked. Written by AskQuestion().
+extern std::int32_t question_id;
+
+/// Draws a question at random, the last one not excepted. The bank must not be empty.
+void AskQuestion();
+
+/// Draws one frame of the dialog over its panel and acts on clicks; the close button leads back to the owl.
+/// The canvas must be set up.
+void QuizDialog();
