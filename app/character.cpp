@@ -14,6 +14,7 @@
 #include "app/textures.h"
 #include "engine/MacEngine.h"
 #include "engine/MotionBlur.h"
+#include "engine/Sound.h"
 #include "engine/WindowMetrics.h"
 #include "engine/vector3f.h"
 
@@ -176,6 +177,7 @@ void Sleep() {
 void StartLaugh() {
     if (!spawn_laugh) return;
     spawn_laugh = false;
+    if (enable_sfx) AudioEngine.spawn_static(0, "laugh.wav", false);
     character.laugh = true;
     character.lte = 0;
     character.bt = 0;
@@ -292,6 +294,29 @@ void DrawThoughtBubble() {
     DrawRectAt(circle, 33, 154 + 2.5F * std::sin(4 * bt + 2), 10, 10);
 }
 
+/// Draws the z's of a sleeping owl.
+void DrawSleep() {
+    if (anim == kSleeping && character.sleep_state == 2) {
+        sleep_fx.render(36, 130, 0, 50, global_time);
+    } else {
+        sleep_fx.reset();
+    }
+}
+
+/// Draws the smoke out of the hat as long as an offer stands, five times as fast as real time, and sounds the
+/// offer once.
+void DrawSmoke() {
+    if (!spawn_question) {
+        smoke_fx.reset();
+        character.play_sfx = false;
+        return;
+    }
+    smoke_fx.render(-8, 185, 0, 45, 5 * global_time);
+    if (character.play_sfx) return;
+    if (enable_sfx) AudioEngine.spawn_static(0, "question.wav", false);
+    character.play_sfx = true;
+}
+
 }  // namespace
 
 void StopLaughing() {
@@ -333,6 +358,8 @@ void Render() {
     ActionMenu();
     Notifications();
 
+    DrawSleep();
+    DrawSmoke();
     EndQuizOffer();
     glPopMatrix();
     EndSprites();

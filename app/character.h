@@ -31,6 +31,7 @@ struct CharacterState {
     float te = 0;                      ///< time in the sleep stage
     bool laugh = false;                ///< laughing
     float lte = 0;                     ///< for how long
+    bool play_sfx = false;             ///< the offer's sound has had its turn
     float sqte = 0;                    ///< how long the quiz offer has been showing
     bool drawn_delays = false;         ///< the five delays have been drawn for the first time
 };

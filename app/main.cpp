@@ -10,6 +10,7 @@
 #include "app/shell.h"
 #include "app/typing.h"
 #include "app/window.h"
+#include "engine/Sound.h"
 
 int main(int argc, char** argv) {
     glutInit(&argc, argv);
@@ -24,6 +25,7 @@ int main(int argc, char** argv) {
     ALCdevice* device = alcOpenDevice(nullptr);
     ALCcontext* context = alcCreateContext(device, nullptr);
     alcMakeContextCurrent(context);
+    AudioEngine.initialize();
 
     init();
 

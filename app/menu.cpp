@@ -13,6 +13,7 @@
 #include "calendar/events.h"
 #include "engine/Button.h"
 #include "engine/MacEngine.h"
+#include "engine/Sound.h"
 #include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
 
@@ -26,6 +27,7 @@ namespace {
 // ---- What the items do ----
 
 void PlanEvent() {
+    AudioEngine.kill_static(0);
     StopLaughing();
     menu_case_id = 0;
 }
@@ -49,8 +51,10 @@ void OpenWebSite() {
     Browse(ULMARO_WEB_SITE);
 }
 
+/// Switches sound on or off; what is playing stops either way.
 void ToggleSound() {
     enable_sfx = !enable_sfx;
+    AudioEngine.kill_static(0);
 }
 
 // ---- The items ----

@@ -12,12 +12,19 @@
 #include "calendar/store.h"
 #include "engine/Button.h"
 #include "engine/MacEngine.h"
+#include "engine/Sound.h"
 #include "quiz/dialog.h"
 
 int n_notify = 0;
 bool new_notify = false;
 
 namespace {
+
+constexpr float kLongAgo = 999;            ///< seconds
+constexpr float kSoundPeriodSeconds = 35;  ///< from one sound of a pending notice to the next
+
+/// Seconds since the sound of a notice was last played; long ago where nothing is due.
+float play_sfx_te = kLongAgo;
 
 /// Returns how far button and badge have bobbed up, with the thought bubble, canvas units.
 float Bob() {
@@ -97,6 +104,7 @@ void OpenEvent() {
 }
 
 void OpenQuiz() {
+    AudioEngine.kill_static(0);
     StopLaughing();
     menu_case_id = 3;
     AskQuestion();
@@ -115,6 +123,19 @@ void ShowNotificationButton() {
     } else {
         OpenQuiz();
     }
+}
+
+/// Sounds while something is due, at once and then every 35 seconds. Also with sound switched off, which is
+/// meant: a notice is not to be missed.
+void SoundNotice() {
+    if (n_notify < 1) {
+        play_sfx_te = kLongAgo;
+        return;
+    }
+    play_sfx_te += global_time;
+    if (play_sfx_te <= kSoundPeriodSeconds) return;
+    AudioEngine.spawn_static(0, "notify.wav", false);
+    play_sfx_te = 0;
 }
 
 void ShowBadge() {
@@ -137,5 +158,6 @@ void ShowBadge() {
 void Notifications() {
     FindDueEvents();
     ShowNotificationButton();
+    SoundNotice();
     ShowBadge();
 }

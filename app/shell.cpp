@@ -23,6 +23,8 @@
 float global_time = 0;
 int menu_case_id = -1;
 bool enable_sfx = true;
+vector3f cam;
+ZelvarFX sleep_fx, smoke_fx;
 std::tm frame_time = {};
 
 namespace {
@@ -99,6 +101,9 @@ void init() {
     glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST);
     glEnable(GL_TEXTURE_2D);
     LoadTextures();
+    ZFX::SetWatcher(&cam.x, &cam.y, &cam.z);
+    sleep_fx.load("sleep.zfx");
+    smoke_fx.load("smoke.zfx");
     GenQuestions();
     LoadEvents();
 }

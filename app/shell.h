@@ -7,6 +7,9 @@
 
 #include <ctime>
 
+#include "engine/ZelvarFX.h"
+#include "engine/vector3f.h"
+
 /// The previous frame's duration in seconds, the step of every timer. Written by display() alone.
 extern float global_time;
 
@@ -16,6 +19,12 @@ extern int menu_case_id;
 
 /// Whether sound effects are switched on.
 extern bool enable_sfx;
+
+/// From where the effects are watched: the middle of the canvas's plane, as nothing moves it.
+extern vector3f cam;
+
+/// The particles of a sleeping owl and of a quiz offer; loaded at start.
+extern ZelvarFX sleep_fx, smoke_fx;
 
 /// The local time of this frame, taken once by display().
 extern std::tm frame_time;

@@ -8,6 +8,7 @@
 #include "app/shell.h"
 #include "app/textures.h"
 #include "engine/MacEngine.h"
+#include "engine/Sound.h"
 #include "engine/panel.h"
 #include "quiz/questions.h"
 
@@ -37,10 +38,23 @@ const Question& Asked() {
     return questions[static_cast<std::size_t>(question_id)];
 }
 
-/// Lets the owl react to the answer: to one wrong answer in four it laughs.
+void PlayVerdict(const char* sound) {
+    if (enable_sfx) AudioEngine.spawn_static(0, sound, false);
+}
+
+/// Lets the owl react to the answer: to one wrong answer in four it laughs, whether sound is on or off.
 void Judge() {
-    if (user_answer == Asked().right_answer) return;
-    if (std::rand() % 4 == 0) spawn_laugh = true;
+    constexpr const char* kWrong[] = {nullptr, "wrong_1.wav", "wrong_2.wav", "wrong_3.wav"};
+    if (user_answer == Asked().right_answer) {
+        PlayVerdict("right.wav");
+        return;
+    }
+    const int draw = std::rand() % 4;
+    if (draw == 0) {
+        spawn_laugh = true;
+    } else {
+        PlayVerdict(kWrong[draw]);
+    }
 }
 
 // ---- Steps ----

@@ -10,11 +10,13 @@
 
 #include "tests/desktop/calendar.h"
 #include "tests/desktop/desktop.h"
+#include "tests/desktop/scene.h"
 
 namespace desktop {
 namespace {
 
 constexpr int kSizes[] = {300, 600, 1024};
+constexpr int kSleepingPose = 2;
 constexpr char kMorning[] = "2031-03-12 08:17:00";  // a Wednesday
 
 Record Appointment(const std::string& name, int day, int hour, int minute,
@@ -76,8 +78,18 @@ class Photographer {
   public:
     explicit Photographer(std::string folder) : folder_(std::move(folder)) {}
 
-    /// Takes what the window shows in all sizes.
+    /// Takes what the window shows in all sizes, the pointer where nothing lights up.
     void Take(Program& program, const std::string& screen) const {
+        for (const int size : kSizes) {
+            Resize(program, size);
+            program.MovePointer(kNowhere);
+            Save(program.Look(), screen + "-" + std::to_string(size));
+        }
+        Resize(program, kSizes[0]);
+    }
+
+    /// Takes what the window shows in all sizes, the pointer where it is: over the window it wakes the owl.
+    void TakeUndisturbed(Program& program, const std::string& screen) const {
         for (const int size : kSizes) {
             Resize(program, size);
             Save(program.Look(), screen + "-" + std::to_string(size));
@@ -92,7 +104,6 @@ class Photographer {
         program.Resize({0, 0, size, size});
         const ScreenRect place = program.Place();
         program.Resize({-place.x, -place.y, size, size});
-        program.MovePointer(kNowhere);
         program.WaitForFrames(4);
     }
 
@@ -198,6 +209,27 @@ void TakeQuizzes(Desktop& desktop, const Photographer& photographer) {
     TakeQuiz(desktop, photographer, kLongAnswers, 2, "quiz-long-answers");
 }
 
+/// Takes the owl asleep, and an offer, at some moments.
+void TakeEffects(Desktop& desktop, const Photographer& photographer) {
+    constexpr ScreenPoint kCorner = {1270, 1020};  // outside the window at any of its sizes
+    Stage stage(desktop, {}, kMorning);
+    Program& program = stage.program;
+    Scene scene;
+    desktop.MovePointer(kCorner);
+    program.LoadDice(kSleepingPose);
+    while (scene.BodyIn(program.Look()) != "sleep_close_eyes") program.LetTimePass(1);
+    program.ReleaseDice();
+    for (const int moment : {1, 2, 3}) {
+        program.LetTimePass(3);
+        photographer.TakeUndisturbed(program, "owl-asleep-" + std::to_string(moment));
+    }
+    program.Click(kMenuAsk);
+    for (const int moment : {1, 2, 3}) {
+        program.LetTimePass(2.3);
+        photographer.Take(program, "owl-offer-" + std::to_string(moment));
+    }
+}
+
 void TakeAll(const std::string& folder) {
     std::filesystem::create_directories(folder);
     const Photographer photographer(folder);
@@ -207,6 +239,7 @@ void TakeAll(const std::string& folder) {
     TakeViews(desktop, photographer);
     TakeNotices(desktop, photographer);
     TakeQuizzes(desktop, photographer);
+    TakeEffects(desktop, photographer);
 }
 
 }  // namespace

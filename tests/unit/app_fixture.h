@@ -2,9 +2,11 @@
 //
 // Some things of the program cannot be put back, because they are hidden: the one seeding that the first
 // rand_intvf does, the last reading of the frame clock, what the window layer counts, whether typing is
-// listened to, and the last second that was broken down. The fixture brings them to a known state instead:
-// seeded, read at the fake clock's start, with the swap interval of a shown window, listening with nothing
-// typed, and a second that no test uses.
+// listened to, the last second that was broken down, and how long ago a notice sounded. The fixture brings
+// them to a known state instead: seeded, read at the fake clock's start, with the swap interval of a shown
+// window, listening with nothing typed, a second that no test uses, and long ago.
+//
+// The current directory is a folder of the test's own with the program's sounds in it.
 //
 // Tests of the first call ever run their body in a fresh process (ExpectInFreshProcess).
 #pragma once
@@ -28,9 +30,13 @@
 #include "calendar/events.h"
 #include "engine/LocalTime.h"
 #include "engine/MacEngine.h"
+#include "engine/Sound.h"
 #include "engine/WindowMetrics.h"
+#include "quiz/questions.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/picture_folder.h"
+#include "tests/unit/sound_files.h"
+#include "tests/unit/temporary_folder.h"
 
 /// One picture on the canvas.
 struct Sprite {
@@ -52,8 +58,12 @@ inline std::ostream& operator<<(std::ostream& out, const Sprite& sprite) {
 class AppTest : public fakes::Test {
   protected:
     void SetUp() override {
+        WriteSounds();
         rand_intvf(0, 1, 1);
         PresentFrame();
+        events.clear();
+        spawn_question = false;
+        Notifications();
         ListenToTyping();
         fakes::world().now = 1;
         LocalTime();
@@ -78,12 +88,23 @@ class AppTest : public fakes::Test {
         edit_event = nullptr;
         force_back_hm = false;
         edit_tf = 0;
+        FillBank();
         character = CharacterState();
+        sleep_fx.reset();
+        smoke_fx.reset();
+        std::fill(std::begin(AudioEngine.statics), std::end(AudioEngine.statics), Sound());
         mouse(0, 0);
         single_touch = touch_event = false;
         ResetFrameInput();
         ForgetWindowMetrics();
         NameTextures();
+    }
+
+    /// Fills the bank of questions, if a test has left it otherwise.
+    static void FillBank() {
+        if (questions.size() == 108) return;
+        questions.clear();
+        GenQuestions();
     }
 
     /// Names the textures 101, 102 ... in the order of their files, and GUI[2] 100, so that no two are the
@@ -150,6 +171,8 @@ class AppTest : public fakes::Test {
         const std::size_t size = fakes::Log().size();
         return LogHas(calls, size - std::min(size, calls.size()));
     }
+
+    TemporaryFolder folder_;
 
   private:
     static void EnterCanvas() {

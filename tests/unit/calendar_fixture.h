@@ -27,7 +27,6 @@
 #include "calendar/store.h"
 #include "engine/LocalTime.h"
 #include "tests/unit/app_fixture.h"
-#include "tests/unit/temporary_folder.h"
 #include "tests/unit/text_reader.h"
 
 constexpr fakes::Rgba kWhite{1, 1, 1, 1};
@@ -251,8 +250,6 @@ class CalendarTest : public AppTest {
         const auto* panel = std::find(std::begin(GUI), std::end(GUI), drawn[0].texture);
         return panel == std::end(GUI) ? -1 : static_cast<int>(panel - std::begin(GUI));
     }
-
-    TemporaryFolder folder_;
 
   private:
     /// Brings the caret, which is hidden in the editor, to its start: invisible, with half a second to go.

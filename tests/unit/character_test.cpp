@@ -1,17 +1,19 @@
 // Index: the scene, pointer and eyes, breathing, quiz offer, blinking, stare, poses, pointer over the canvas,
-// sleep, laughing, attention, hat and thought bubble, the end of the frame, long runs.
+// sleep, laughing, attention, hat and thought bubble, the end of the frame, effects, long runs.
 #include "app/character.h"
 
 #include <GL/gl.h>
 
 #include <array>
 #include <cmath>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "engine/vector3f.h"
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/effect_files.h"
 
 namespace {
 
@@ -23,6 +25,8 @@ constexpr float kLeftEyeX = 237.28F;
 constexpr float kLeftEyeY = 392.248F;
 constexpr float kRightEyeX = 287.52F;
 constexpr float kRightEyeY = 389.804F;
+
+using Sounds = std::vector<std::string>;
 
 constexpr fakes::Rect kCanvas{0, 0, 512, 512};
 
@@ -1135,6 +1139,26 @@ TEST_F(CharacterTest, ALaughComesAlsoWithSoundSwitchedOff) {
     EXPECT_TRUE(IsDrawn(owl_ce[0]));
 }
 
+TEST_F(CharacterTest, ALaughSoundsOnce) {
+    spawn_laugh = true;
+
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), (Sounds{"laugh.wav"}));
+
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), Sounds());
+    EXPECT_EQ(SoundsPlaying(), 1U);
+}
+
+TEST_F(CharacterTest, ALaughIsSilentWithSoundSwitchedOff) {
+    enable_sfx = false;
+    spawn_laugh = true;
+
+    RunFrame(0.125F);
+
+    EXPECT_EQ(SoundsStarted(), Sounds());
+}
+
 TEST_F(CharacterTest, LaughingShakesTheOwlSlowerAndSlower) {
     for (const auto& [bt, lte] : {std::pair{0.125F, 0.25F}, std::pair{0.5F, 0.625F}, std::pair{1.0F, 1.125F},
                                   std::pair{7.25F, 7.375F}, std::pair{15.0F, 15.125F}}) {
@@ -1413,6 +1437,146 @@ TEST_F(CharacterTest, AnOfferTakenEarlierLeavesNoTimeForTheNext) {
     RunFrame(0.25F);
 
     EXPECT_EQ(character.sqte, 0);
+}
+
+// ---- Effects ----
+
+/// A test with effects whose particle shows where they are: a square about the effect's place.
+class EffectsTest : public CharacterTest {
+  protected:
+    void SetUp() override {
+        CharacterTest::SetUp();
+        WriteEffect("sleep.zfx", 1, 0);
+        WriteEffect("smoke.zfx", 2, 1);
+        sleep_fx.load("sleep.zfx");
+        smoke_fx.load("smoke.zfx");
+    }
+    void TearDown() override {
+        // Empty again for the next test.
+        std::ofstream("empty.zfx") << "ZFX ver: 2\n";
+        sleep_fx.load("empty.zfx");
+        smoke_fx.load("empty.zfx");
+        CharacterTest::TearDown();
+    }
+
+    /// Returns the particles drawn by the last frame, canvas units: what has the texture of an effect, which
+    /// GL has named, and not the fixture.
+    static std::vector<fakes::Rect> Particles() {
+        std::vector<fakes::Rect> places;
+        for (const fakes::Primitive& drawn : fakes::gl().primitives) {
+            if (0 < drawn.texture && drawn.texture < 100) places.push_back(fakes::Bounds(drawn));
+        }
+        return places;
+    }
+};
+
+using Places = std::vector<fakes::Rect>;
+
+TEST_F(EffectsTest, ASleepingOwlSnoresOverItsHead) {
+    FallAsleep();
+
+    RunFrame(0.125F);
+
+    EXPECT_EQ(Particles(), (Places{{271 + 36 - 50, 265 + 130 - 50, 271 + 36 + 50, 265 + 130 + 50}}));
+}
+
+TEST_F(EffectsTest, AnOwlThatIsNotFastAsleepDoesNotSnore) {
+    for (const int stage : {0, 1, 3}) {
+        anim = kSleeping;
+        character.sleep_state = stage;
+        character.te = 0;
+
+        RunFrame(0.125F);
+
+        EXPECT_TRUE(Particles().empty()) << stage;
+    }
+    anim = kStanding;
+    character.sleep_state = 2;
+    RunFrame(0.125F);
+    EXPECT_TRUE(Particles().empty());
+}
+
+TEST_F(EffectsTest, TheSnoresParticlesVanishWithTheSleepAndComeAnewWithTheNext) {
+    FallAsleep();
+    RunFrame(0.125F);
+    character.sleep_state = 3;
+    RunFrame(0.125F);
+    EXPECT_TRUE(Particles().empty());
+
+    character.sleep_state = 2;
+    RunFrame(0.125F);
+    EXPECT_EQ(Particles().size(), 1U) << "a burst at once";
+}
+
+TEST_F(EffectsTest, AnOfferSmokesAtTheHatFiveTimesAsFastAsTime) {
+    spawn_question = true;
+
+    RunFrame(0.125F);
+
+    const double moved = 5 * 0.125 * 45;  // one unit of its size a second
+    EXPECT_EQ(Particles(),
+              (Places{{271 - 8 - 45 + moved, 265 + 185 - 45, 271 - 8 + 45 + moved, 265 + 185 + 45}}));
+    RunFrame(0.125F);
+    ASSERT_EQ(Particles().size(), 1U);
+    EXPECT_NEAR(Particles()[0].left, 271 - 8 - 45 + 2 * moved, 1e-3);
+}
+
+TEST_F(EffectsTest, TheSmokeVanishesWithTheOffer) {
+    spawn_question = true;
+    RunFrame(0.125F);
+    spawn_question = false;
+
+    RunFrame(0.125F);
+    EXPECT_TRUE(Particles().empty());
+
+    spawn_question = true;
+    RunFrame(0.125F);
+    EXPECT_EQ(Particles().size(), 1U);
+}
+
+TEST_F(EffectsTest, AreDrawnAfterTheMenuAndTheNotices) {
+    spawn_question = true;
+
+    RunFrame(0.125F);
+
+    EXPECT_EQ(fakes::Bounds(fakes::gl().primitives.back()), Particles().back());
+}
+
+TEST_F(CharacterTest, AnOfferSoundsOnce) {
+    spawn_question = true;
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), (Sounds{"question.wav"}));
+
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), Sounds());
+
+    spawn_question = false;
+    RunFrame(0.125F);
+    spawn_question = true;
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), (Sounds{"question.wav"})) << "the next offer sounds again";
+}
+
+TEST_F(CharacterTest, AnOfferMadeWithSoundSwitchedOffStaysSilentAlsoWhenItIsSwitchedOn) {
+    enable_sfx = false;
+    spawn_question = true;
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), Sounds());
+
+    enable_sfx = true;
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsStarted(), Sounds());
+}
+
+TEST_F(CharacterTest, AnOfferCutsOffALaughsSound) {
+    spawn_laugh = true;
+    RunFrame(0.125F);
+    spawn_question = true;
+
+    RunFrame(0.125F);
+
+    EXPECT_EQ(SoundsStarted(), (Sounds{"question.wav"}));
+    EXPECT_EQ(SoundsPlaying(), 1U);
 }
 
 // ---- Long runs ----

@@ -392,6 +392,58 @@ TEST_F(DialogTest, ARightAnswerMakesNoLaughAndDrawsNothing) {
     EXPECT_EQ(fakes::world().rand_calls, kButtons) << "the buttons' own draws";
 }
 
+TEST_F(DialogTest, OpeningStopsTheSoundThatPlays) {
+    menu_case_id = -1;
+    spawn_question = true;
+    fakes::world().rand_default = 0;
+    Frame();
+    EXPECT_EQ(SoundsPlaying(), 1U);
+
+    ClickAt(435, 440);
+
+    EXPECT_EQ(SoundsPlaying(), 0U);
+}
+
+TEST_F(DialogTest, ARightAnswerSoundsRight) {
+    Pick(1);
+
+    CloseWithDraw(0);
+
+    EXPECT_EQ(SoundsStarted(), (Texts{"right.wav"}));
+}
+
+TEST_F(DialogTest, OfFourDrawsAfterAWrongAnswerThreeHaveASoundEach) {
+    const Texts expected[] = {{}, {"wrong_1.wav"}, {"wrong_2.wav"}, {"wrong_3.wav"}};
+    for (int draw = 0; draw < 8; ++draw) {
+        menu_case_id = 3;
+        Pick(0);
+
+        CloseWithDraw(draw);
+
+        EXPECT_EQ(SoundsStarted(), expected[draw % 4]) << draw;
+    }
+}
+
+TEST_F(DialogTest, WithSoundOffNoVerdictSounds) {
+    enable_sfx = false;
+    for (const int answer : {0, 1}) {
+        for (int draw = 0; draw < 4; ++draw) {
+            menu_case_id = 3;
+            Pick(answer);
+
+            CloseWithDraw(draw);
+
+            EXPECT_EQ(SoundsStarted(), Texts()) << answer << ", " << draw;
+        }
+    }
+}
+
+TEST_F(DialogTest, ClosingWithoutAPickSoundsNothing) {
+    CloseWithDraw(1);
+
+    EXPECT_EQ(SoundsStarted(), Texts());
+}
+
 TEST_F(DialogTest, TheOwlLaughsOnceItIsBackOnItsTree) {
     Pick(0);
     CloseWithDraw(0);

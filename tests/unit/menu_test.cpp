@@ -327,6 +327,34 @@ TEST_F(MenuTest, TheLastItemSwitchesSoundOffAndOnAgain) {
     EXPECT_EQ(menu_case_id, -1);
 }
 
+TEST_F(MenuTest, SwitchingSoundOffOrOnStopsWhatIsPlaying) {
+    for (int times = 0; times < 2; ++times) {
+        AudioEngine.spawn_static(0, "notify.wav", false);
+
+        Click(4);
+
+        EXPECT_EQ(SoundsPlaying(), 0U) << times;
+    }
+}
+
+TEST_F(MenuTest, PlanningAnEventStopsALaughWithItsSound) {
+    AudioEngine.spawn_static(0, "laugh.wav", false);
+    character.laugh = true;
+
+    Click(0);
+
+    EXPECT_EQ(SoundsPlaying(), 0U);
+    EXPECT_FALSE(character.laugh);
+}
+
+TEST_F(MenuTest, TheOtherItemsLetSoundsPlayOn) {
+    AudioEngine.spawn_static(0, "laugh.wav", false);
+
+    for (const int item : {1, 2, 3}) Click(item);
+
+    EXPECT_EQ(SoundsPlaying(), 1U);
+}
+
 TEST_F(MenuTest, TheLastItemShowsItsOtherIconFromTheFrameAfterTheClick) {
     Click(4);
     EXPECT_EQ(Icons().at(4).texture, icns[3]);

@@ -1,5 +1,5 @@
 // Index: reminders, appointments, weekly events, counting, the event that is opened, re-arming, the button,
-// its click, the badge, acknowledging, the pass in the frame.
+// its click, the badge, the sound, acknowledging, the pass in the frame.
 #include "app/notifications.h"
 
 #include <cmath>
@@ -566,6 +566,101 @@ TEST_F(NotificationsTest, LeavesWhite) {
     EXPECT_EQ(fakes::gl().color, kWhite);
     EXPECT_FALSE(fakes::gl().Enabled(GL_BLEND));
     EXPECT_TRUE(fakes::gl().depth_mask);
+}
+
+// ---- The sound ----
+
+TEST_F(NotificationsTest, SoundsAtOnceAndThenEvery35Seconds) {
+    Add(DueIn(-1));
+    Frame(0.25F);
+    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+
+    int frames = 0;
+    do {
+        Frame(0.25F);
+        ++frames;
+    } while (SoundsStarted().empty() && frames < 1000);
+    EXPECT_EQ(frames, 4 * 35 + 1) << "after 35 seconds and not at them";
+    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+}
+
+TEST_F(NotificationsTest, SoundsAlsoWithSoundSwitchedOff) {
+    enable_sfx = false;
+    Add(DueIn(-1));
+
+    Frame(0.25F);
+
+    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+}
+
+TEST_F(NotificationsTest, WithSoundSwitchedOffNothingElseSounds) {
+    enable_sfx = false;
+    Add(DueIn(-1));
+    spawn_question = spawn_laugh = true;
+    Names sounds;
+    for (int frame = 0; frame < 4 * 71; ++frame) {
+        Frame(0.25F);
+        for (const std::string& sound : SoundsStarted()) sounds.push_back(sound);
+        spawn_laugh = frame % 40 == 0;
+    }
+
+    EXPECT_EQ(sounds, (Names(3, "notify.wav")));
+}
+
+TEST_F(NotificationsTest, DoesNotSoundWhereNothingIsDue) {
+    Add(DueIn(61));
+
+    for (int frame = 0; frame < 200; ++frame) {
+        Frame(0.25F);
+        EXPECT_EQ(SoundsStarted(), Names());
+    }
+}
+
+TEST_F(NotificationsTest, SoundsAtOnceForWhatFallsDueAfterAllWasAcknowledged) {
+    Event& event = Add(DueIn(-1));
+    Frame(0.25F);
+    event.done = 1;
+    Frame(0.25F);
+    EXPECT_EQ(SoundsStarted(), Names());
+
+    event.done = 0;
+    Frame(0.25F);
+
+    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+}
+
+TEST_F(NotificationsTest, DoesNotSoundForAnotherEventThatFallsDueMeanwhile) {
+    Add(DueIn(-1));
+    Frame(0.25F);
+    Add(DueIn(-2));
+
+    Frame(0.25F);
+
+    EXPECT_EQ(n_notify, 2);
+    EXPECT_EQ(SoundsStarted(), Names());
+}
+
+TEST_F(NotificationsTest, SoundsBetweenItsButtonAndItsBadge) {
+    Add(DueIn(-1));
+
+    Frame(0.25F);
+
+    const std::size_t sound = fakes::IndexOf("alSourcePlay");
+    const std::vector<fakes::Primitive> bell = fakes::gl().DrawnWith(icns[6]);
+    const std::vector<fakes::Primitive> badge = fakes::gl().DrawnWith(notify_circle);
+    ASSERT_EQ(bell.size(), 1U);
+    ASSERT_EQ(badge.size(), 1U);
+    EXPECT_LT(bell[0].log_index, sound);
+    EXPECT_LT(sound, badge[0].log_index);
+}
+
+TEST_F(NotificationsTest, OpeningTheEventLetsTheSoundPlayOn) {
+    Add(DueIn(-1));
+    Frame(0.25F);
+
+    ClickButton();
+
+    EXPECT_EQ(SoundsPlaying(), 1U);
 }
 
 // ---- Acknowledging ----

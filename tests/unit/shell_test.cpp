@@ -8,7 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "engine/Sound.h"
+#include "quiz/dialog.h"
+#include "quiz/questions.h"
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/effect_files.h"
 
 /// The program's main(), compiled under another name.
 int UlmaroMain(int argc, char** argv);
@@ -143,6 +147,16 @@ TEST_F(MainTest, DrawsAHiddenWindowByTheDisplayCallback) {
     EXPECT_GE(fakes::Count("MonotonicNanoseconds"), 1U);
 }
 
+TEST_F(MainTest, PreparesTheSoundTableBeforeTheAssets) {
+    AudioEngine.initialized = false;
+    bool prepared = false;
+    fakes::glut().main_loop = [&] { prepared = AudioEngine.initialized; };
+
+    RunMain();
+
+    EXPECT_TRUE(prepared);
+}
+
 TEST_F(MainTest, StartsWithoutASoundDevice) {
     fakes::al().has_device = false;
 
@@ -156,6 +170,7 @@ TEST_F(MainTest, StartsWithoutASoundDevice) {
 
 TEST(ProgramStartTest, GlobalsOfTheShellHaveTheirStartValues) {
     ExpectInFreshProcess([] { return global_time == 0 && menu_case_id == -1 && enable_sfx; });
+    ExpectInFreshProcess([] { return !AudioEngine.initialized && questions.empty() && question_id == 0; });
 }
 
 TEST(ProgramStartTest, GlobalsOfTheCharacterStartAtZeroAndFalse) {
@@ -246,6 +261,43 @@ TEST_F(InitTest, StartsWithoutEventsWhereThereIsNoFile) {
     init();
 
     EXPECT_TRUE(events.empty());
+}
+
+TEST_F(InitTest, LoadsTheEffectsAfterThePicturesSleepBeforeSmoke) {
+    WriteEffect("sleep.zfx", 201, 0);
+    WriteEffect("smoke.zfx", 202, 0);
+
+    init();
+
+    const auto uploads = fakes::Calls("glTexImage2D");
+    ASSERT_EQ(uploads.size(), 37U);
+    EXPECT_EQ(uploads[35].args.at(3), 201);
+    EXPECT_EQ(uploads[36].args.at(3), 202);
+}
+
+TEST_F(InitTest, LetsTheEffectsBeWatchedFromTheCamera) {
+    init();
+
+    EXPECT_EQ(ZFX::watcher_x, &cam.x);
+    EXPECT_EQ(ZFX::watcher_y, &cam.y);
+    EXPECT_EQ(ZFX::watcher_z, &cam.z);
+    EXPECT_EQ(cam.x, 0);
+    EXPECT_EQ(cam.y, 0);
+    EXPECT_EQ(cam.z, 0);
+}
+
+TEST_F(InitTest, GoesOnWithoutTheEffects) {
+    init();
+
+    EXPECT_EQ(fakes::Count("glTexImage2D"), 35U);
+}
+
+TEST_F(InitTest, FillsTheBankOfQuestionsBeforeTheListOfEvents) {
+    questions.clear();
+
+    init();
+
+    EXPECT_EQ(questions.size(), 108U);
 }
 
 // ---- display ----

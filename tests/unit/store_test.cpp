@@ -97,6 +97,12 @@ class NoMask {
 
 class StoreTest : public CalendarTest {
   protected:
+    /// Leaves the folder empty.
+    void SetUp() override {
+        CalendarTest::SetUp();
+        for (const std::string& sound : SoundFiles()) std::filesystem::remove(sound);
+    }
+
     static void Load(const std::string& bytes) {
         WriteFile("database.bin", bytes);
         LoadEvents();

@@ -1,0 +1,108 @@
+// One emitter of a particle effect: it spawns bursts of particles with random properties, moves them, fades
+// them from a start to an end colour and draws each as a textured square.
+//
+// All of that happens in render(), once a frame. Its numbers come from one block of an effect file
+// (ZelvarFX.h). A pair of numbers, min and max, is the two ends between which a value is drawn; min may be
+// the greater one. All randomness comes from the C library's rand(), in an order that the functions below
+// keep.
+#pragma once
+
+#include <list>
+
+class ZelvarParticlesFX {
+  public:
+    struct Vector3d {
+        float length() const;
+
+        /// Makes the length 1; a zero vector stays as it is.
+        void normalize();
+
+        float x = 0, y = 0, z = 0;
+    };
+
+    /// A particle: 17 floats.
+    struct Particle {
+        Vector3d position;     ///< units of the caller's frame
+        Vector3d velocity;     ///< units a second
+        float rotation;        ///< roll, degrees
+        float speed;           ///< at birth, units a second
+        float life;            ///< seconds left
+        float life_total;      ///< seconds at birth
+        float scale;           ///< half the edge of the square, units
+        float color_start[3];  ///< red, green, blue at birth, 0 .. 255
+        float color_end[3];    ///< the same at death
+    };
+
+    /// Updates and draws one frame of `dt` seconds at a place of the current frame. `size` scales everything.
+    /// Does nothing while inactive.
+    void render(float x, float y, float z, float size, float dt);
+
+    /// Removes all particles and starts the timers again from the delay.
+    void reset();
+
+    /// Spawns one burst of spawn_count particles; `scale` is twice the size that render() was given. Each
+    /// takes 16 random numbers, in the order of its properties, also where the list is full and it is
+    /// dropped.
+    void spawn_particle(float scale);
+
+    /// Draws a square with its middle at the origin; `half` is half its edge. The vertex array stays enabled,
+    /// which is meant.
+    void render_particle(float half) const;
+
+    /// Meant to change nothing: squares lie in the plane of the frame.
+    void apply_billboard(float x, float y, float z) const;
+
+    /// Returns how many particles have life left.
+    int get_active_particles() const;
+
+    /// Returns how many have none.
+    int get_inactive_particles() const;
+
+    Vector3d origin;  ///< read by nothing
+    int texture_width = 0, texture_height = 0;
+    unsigned int texture = 0;  ///< GL's name; nothing deletes it
+    int alpha_blend = 0;       ///< 0: the colours are added to what is there; else blended over it
+    int random_rotation = 0;   ///< not 0: a fresh random roll every frame, a flicker by design
+    int loop = 1;              ///< not 0: spawns for ever
+    int particles_limit = 999;
+    float next_spawn_time = 0.02F;         ///< seconds between the last burst and the next
+    float spawn_time[2] = {0.02F, 0.02F};  ///< min and max of that
+    int spawn_count = 1;                   ///< particles in the current burst
+    int spawn_particles[2] = {1, 1};       ///< min and max of that
+    float position[3] = {};                ///< where render() was told to draw
+    float spawn_position[6] = {};          ///< min x, y, z, max x, y, z, in units of twice the scale
+    float spawn_direction[6] = {};         ///< the same for the direction, which is then normalised
+    float particles_acceleration[3] = {};  ///< x, y, z, in units of the size a second squared
+    float particles_rotation[2] = {};      ///< degrees
+    float particles_speed[2] = {};         ///< units of the scale a second
+    float particles_timelife[2] = {};      ///< seconds
+    float particles_scale[2] = {1, 1};     ///< half the edge, in units of the scale
+    float particles_color_start[6] = {255, 255, 255, 255, 255, 255};  ///< min r, g, b, max r, g, b
+    float particles_color_end[6] = {255, 255, 255, 255, 255, 255};
+    int billboarding = 3;        ///< read from the file, used by nothing
+    int reserved_counter = 0;    ///< read by nothing
+    bool active = false;         ///< set by the loader
+    float time_delay = 0;        ///< seconds before anything shows
+    float time_step = 0;         ///< seconds of spawning after that, without `loop`
+    float time_step_loaded = 0;  ///< read by nothing
+    float spawn_timer = 0, delay_timer = 0, step_timer = 0;  ///< seconds
+    bool first_spawn = true;        ///< the first frame after the delay bursts at once
+    std::list<Particle> particles;  ///< oldest first
+
+  private:
+    bool IsBurstDue() const;
+    void Burst(float size);
+    void Draw(const Particle& particle) const;
+};
+
+/// Returns the value at `percent` of the way from a to b: b / 100 * percent + a - a / 100 * percent.
+float rate_interpole(float a, float b, float percent);
+
+/// Returns how many percent of the total a value is, 0 .. 100.
+float get_rate(float value, float total);
+
+/// Returns whether a particle has no life left.
+bool dead_particle(const ZelvarParticlesFX::Particle& particle);
+
+/// Returns the Euclidean distance of two points.
+float Get3dDistance(float x1, float y1, float z1, float x2, float y2, float z2);

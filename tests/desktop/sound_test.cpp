@@ -1,0 +1,166 @@
+// What the program plays, heard in the recording of its OpenAL. The clock on the wall goes, since OpenAL
+// plays by it; the owl's own is in the test's hand.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "quiz/questions.h"
+#include "tests/desktop/calendar.h"
+#include "tests/desktop/fixture.h"
+#include "tests/desktop/sound.h"
+
+namespace desktop {
+namespace {
+
+using Sounds = std::vector<std::string>;
+
+constexpr CanvasPoint kMenuSound = {44.5, 45};
+
+class TheSound : public OnDesktop {
+  protected:
+    void SetUp() override {
+        questions.clear();
+        GenQuestions();
+    }
+
+    /// Returns an event that was due long ago.
+    static Record Late() {
+        Record late;
+        late.day = late.month = 1;
+        late.year = 2020;
+        return late;
+    }
+
+    /// Starts the program with these events, its clock in hand.
+    void Begin(const std::vector<Record>& records = {}) {
+        Start start;
+        start.clock = Clock::kInHand;
+        start.spoilt[kStoreFile] = StoreBytes(records);
+        recorder_.Record(start);
+        program_ = &Run(start);
+    }
+
+    Program& program() { return *program_; }
+
+    /// Returns the sounds played since the last call, after time for one to be heard.
+    Sounds Heard() {
+        recorder_.Wait(1.8);
+        const Waveform played = recorder_.Played();
+        const Sounds sounds = SoundsIn(played, heard_);
+        heard_ = static_cast<double>(played.size()) / 44100;
+        return sounds;
+    }
+
+    /// Returns the loudest sample of the last second played.
+    float LoudestOfTheLastSecond() {
+        const Waveform played = recorder_.Played();
+        float loudest = 0;
+        for (auto at = played.end() - 44100; at != played.end(); ++at)
+            loudest = std::max(loudest, std::fabs(*at));
+        return loudest;
+    }
+
+    /// Asks for the bank's first question and gives that answer; the verdict's draw is `draw`.
+    void Answer(int answer, int draw) {
+        program_->Click(kMenuAsk);
+        program_->LoadDice(0);
+        program_->Click(kBell);
+        program_->LoadDice(draw);
+        program_->Click(kAnswers.at(static_cast<std::size_t>(answer)));
+        program_->Click(kCorner);
+        program_->ReleaseDice();
+    }
+
+  private:
+    Recorder recorder_;
+    Program* program_ = nullptr;
+    double heard_ = 0;  ///< seconds of the recording
+};
+
+TEST_F(TheSound, IsSilentAtFirst) {
+    Begin();
+
+    EXPECT_EQ(Heard(), Sounds());
+}
+
+TEST_F(TheSound, OffersAQuestion) {
+    Begin();
+
+    program().Click(kMenuAsk);
+
+    EXPECT_EQ(Heard(), (Sounds{"question.wav"}));
+}
+
+TEST_F(TheSound, IsGladOfARightAnswer) {
+    Begin();
+    program().Click(kMenuAsk);
+    Heard();
+
+    Answer(questions[0].right_answer, 0);
+
+    EXPECT_EQ(Heard(), (Sounds{"right.wav"}));
+}
+
+TEST_F(TheSound, LaughsOrIsDisappointedByAWrongAnswer) {
+    Begin();
+    program().Click(kMenuAsk);
+    Heard();
+    const Sounds expected = {"laugh.wav", "wrong_1.wav", "wrong_2.wav", "wrong_3.wav"};
+    for (int draw = 0; draw < 4; ++draw) {
+        Answer((questions[0].right_answer + 1) % 4, draw);
+
+        EXPECT_EQ(Heard(), Sounds{expected[static_cast<std::size_t>(draw)]});
+    }
+}
+
+TEST_F(TheSound, CallsForADueEventAtOnceAndAfter35Seconds) {
+    Begin({Late()});
+    EXPECT_EQ(Heard(), (Sounds{"notify.wav"}));
+
+    program().LetTimePass(34);
+    EXPECT_EQ(Heard(), Sounds());
+    program().LetTimePass(1.5);
+    EXPECT_EQ(Heard(), (Sounds{"notify.wav"}));
+}
+
+TEST_F(TheSound, CallsForADueEventAlsoWhenItIsSwitchedOff) {
+    Begin({Late()});
+    Heard();
+    program().Click(kMenuSound);
+
+    program().LetTimePass(36);
+
+    EXPECT_EQ(Heard(), (Sounds{"notify.wav"}));
+}
+
+TEST_F(TheSound, SwitchedOffLetsOffersVerdictsAndLaughsBeSilent) {
+    Begin();
+    program().Click(kMenuSound);
+
+    program().Click(kMenuAsk);
+    EXPECT_EQ(Heard(), Sounds());
+    Answer(questions[0].right_answer, 0);
+    EXPECT_EQ(Heard(), Sounds());
+    for (const int draw : {0, 1}) {
+        Answer((questions[0].right_answer + 1) % 4, draw);
+        EXPECT_EQ(Heard(), Sounds()) << draw;
+    }
+}
+
+TEST_F(TheSound, StopsWhenItIsSwitchedOff) {
+    Begin();
+    program().Click(kMenuAsk);
+    Answer((questions[0].right_answer + 1) % 4, 0);
+    EXPECT_EQ(Heard(), (Sounds{"laugh.wav"}));
+
+    program().Click(kMenuSound);
+    Heard();
+
+    EXPECT_EQ(LoudestOfTheLastSecond(), 0);
+}
+
+}  // namespace
+}  // namespace desktop
