@@ -28,7 +28,7 @@ namespace {
 
 constexpr int kVersion = 2;
 
-/// A larger texture whose numbers the rest of the file cannot hold is taken for damage.
+/// The numbers of all textures that the rest of the file cannot hold; with more of them it is damaged.
 constexpr long kMostMissingNumbers = 4'000'000;
 
 struct CloseFile {
@@ -73,8 +73,8 @@ long BytesLeft(std::FILE* file) {
 }
 
 /// Reads the texture line. Returns false where it does not match, or says a size that GL would not take or
-/// the file cannot hold.
-bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter) {
+/// the file cannot hold; `missing` adds up what it cannot.
+bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
     int& width = emitter.texture_width;
     int& height = emitter.texture_height;
     if (std::fscanf(file, "texture: %d %d %d ", &width, &height, &emitter.alpha_blend) != 3) return false;
@@ -82,7 +82,8 @@ bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     if (width < 0 || height < 0 || width > largest || height > largest) return false;
     const long numbers = long{width} * height * 4;
-    return numbers <= kMostMissingNumbers || numbers <= BytesLeft(file);
+    if (numbers > BytesLeft(file)) missing += numbers;
+    return missing <= kMostMissingNumbers;
 }
 
 /// Returns whether a scan that failed may yet be followed by one that does not: it skipped a stray sign.
@@ -142,8 +143,8 @@ void ReadLines(std::FILE* file, ZelvarParticlesFX& e) {
 }
 
 /// Reads a block into a fresh emitter. Returns false where its texture line is damaged.
-bool ReadEmitter(std::FILE* file, ZelvarParticlesFX& emitter) {
-    if (!ReadTextureLine(file, emitter)) return false;
+bool ReadEmitter(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
+    if (!ReadTextureLine(file, emitter, missing)) return false;
     const auto texels =
         static_cast<std::size_t>(emitter.texture_width) * static_cast<std::size_t>(emitter.texture_height);
     UploadTexture(emitter, ReadTexels(file, texels * 4));
@@ -159,8 +160,9 @@ bool ZelvarFX::load(const char* path) {
     const File file(std::fopen(path, "re"));
     if (file == nullptr || !ReadHeader(file.get())) return false;
     emitters_.clear();
+    long missing = 0;
     while (std::feof(file.get()) == 0) {
-        if (ReadEmitter(file.get(), emitters_.emplace_back())) continue;
+        if (ReadEmitter(file.get(), emitters_.emplace_back(), missing)) continue;
         emitters_.pop_back();
         break;
     }

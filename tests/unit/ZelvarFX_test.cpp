@@ -619,6 +619,14 @@ TEST_F(EffectTest, ATextureOfFourMillionNumbersMayLackMostOfThem) {
     EXPECT_EQ(Emitters(), 1U);
 }
 
+TEST_F(EffectTest, TheNumbersThatTheFileCannotHoldAreAddedUp) {
+    const std::string half = "texture: 1000 500 0\n1 2 3 4\n";
+
+    ASSERT_TRUE(Load(kHeader + Block(half) + Block(half) + Block(half)));
+
+    EXPECT_EQ(Uploads().size(), 2U);
+}
+
 TEST_F(EffectTest, AVeryLargeTextureThatTheFileHoldsIsRead) {
     std::string texture = "texture: 1001 1000 0\n";
     for (int i = 0; i < 1001 * 1000 * 4; ++i) texture += "7 ";
