@@ -7,6 +7,7 @@
 //   5. Screen              rectangles, planes, particles, a sky box  (screen.cpp)
 //   6. Text                lines and boxes in the bitmap font        (text.cpp)
 //   7. Time                a date and time as one number             (screen.cpp)
+//   8. Textures            from bitmap files                         (texture.cpp)
 //
 // Nothing here guards against odd numbers: NaN and infinity go in and out as IEEE 754 has it.
 #pragma once
@@ -159,3 +160,16 @@ void glPrint(float x, float y, const char* text);
 /// Orders any two moments, and is no elapsed time. The year is the full year, earlier ones than 1900 give
 /// negative keys; day and month are taken as given.
 double ConvertDAM(int day, int month, int year, int hour, int minute);
+
+// ---- 8. Textures ----------------------------------------------------------------------------------
+//
+// Both make a new texture, write its name to `texture` and leave it bound. They return false, and make none,
+// where a bitmap cannot be loaded (BMP_Loader.h) or there is no memory for it.
+
+/// Makes an opaque texture with all its mipmaps, also where `mipmap_filter` does not ask for them to be used.
+/// Texels are not smoothed.
+bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter);
+
+/// Makes a texture of the colours of one bitmap and the red of another as their alpha, pixel by pixel
+/// whatever the shapes; the second must have at least as many pixels. Smoothed, without mipmaps.
+bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char* alpha_file);

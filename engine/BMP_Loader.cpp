@@ -1,0 +1,183 @@
+#include "engine/BMP_Loader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kHeaderBytes = 54;
+constexpr int kSixteenColourEdge = 256;  ///< every image of 16 colours is taken to be so wide and high
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+using Header = std::array<unsigned char, kHeaderBytes>;
+
+/// Colours of a file: blue, green, red and a byte in reserve each.
+using Palette = std::array<unsigned char, 256 * std::size_t{4}>;
+
+int Int32(const Header& header, std::size_t at) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 4; i-- > 0;) number = number << 8U | header[at + i];
+    return static_cast<int>(number);
+}
+
+/// Reads a palette of so many colours, which follows the header; missing ones are black.
+Palette ReadPalette(std::FILE* file, std::size_t colours) {
+    Palette palette = {};
+    const std::size_t got = std::fread(palette.data(), 1, colours * 4, file);
+    static_cast<void>(got);
+    return palette;
+}
+
+/// Stores a palette's colour in a pixel, if the image has it.
+void Store(BMPClass& image, int x, int y, const Palette& palette, unsigned int index) {
+    if (x >= image.width || y >= image.height) return;
+    const unsigned char* colour = &palette.at(index * std::size_t{4});
+    for (int c = 0; c < 3; ++c) image.pixel(x, y, c) = colour[2 - c];
+}
+
+// ---- The depths ----
+//
+// Each reads the pixels from where the file stands, and stops where it ends.
+
+void Read24Bits(std::FILE* file, BMPClass& image) {
+    const std::size_t wanted = static_cast<std::size_t>(std::int64_t{image.width} * image.height) *
+                               3;  // not negative: there is room
+    const std::size_t got = std::fread(image.bytes, 1, wanted, file);
+    // Also the last pixel that is only there in part; the rest is black.
+    for (std::size_t i = 0; i < got; i += 3) std::swap(image.bytes[i], image.bytes[i + 2]);
+}
+
+void Read256Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) {
+            const int index = std::getc(file);
+            if (index == EOF) return;
+            Store(image, x, y, palette, static_cast<unsigned int>(index));
+        }
+    }
+}
+
+void Read16Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
+    for (int y = 0; y < kSixteenColourEdge; ++y) {
+        for (int x = 0; x < kSixteenColourEdge; x += 2) {
+            const int byte = std::getc(file);
+            if (byte == EOF) return;
+            const auto bits = static_cast<unsigned int>(byte);
+            Store(image, x, y, palette, bits >> 4U);
+            Store(image, x + 1, y, palette, bits & 0xFU);
+        }
+    }
+}
+
+void Read2Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; x += 8) {
+            const int byte = std::getc(file);
+            if (byte == EOF) return;
+            const auto bits = static_cast<unsigned int>(byte);
+            for (int bit = 7; bit >= 0; --bit) {
+                Store(image, x + (7 - bit), y, palette, bits >> static_cast<unsigned int>(bit) & 1U);
+            }
+        }
+    }
+}
+
+/// Reads the pixels of a depth, `start` bytes into the file. Returns false for a depth that is not known.
+bool ReadPixels(std::FILE* file, int bits, int start, BMPClass& image) {
+    const std::size_t colours = bits == 8 ? 256 : bits == 4 ? 16 : bits == 1 ? 2 : 0;
+    const Palette palette = ReadPalette(file, colours);
+    std::fseek(file, start, SEEK_SET);
+    switch (bits) {
+        case 24:
+            Read24Bits(file, image);
+            return true;
+        case 8:
+            Read256Colours(file, image, palette);
+            return true;
+        case 4:
+            Read16Colours(file, image, palette);
+            return true;
+        case 1:
+            Read2Colours(file, image, palette);
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+// ---- BMPClass ----
+
+BMPClass::~BMPClass() {
+    std::free(bytes);
+}
+
+void BMPClass::allocateMem() {
+    std::free(bytes);
+    bytes = nullptr;
+    const std::int64_t pixels = std::int64_t{width} * height;
+    if (pixels < 0 || pixels > std::numeric_limits<std::int64_t>::max() / 3) throw std::bad_alloc();
+    const auto room = std::max<std::size_t>(static_cast<std::size_t>(pixels) * 3, 1);
+    bytes = static_cast<unsigned char*>(std::calloc(room, 1));
+    if (bytes == nullptr) throw std::bad_alloc();
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): the pixels belong to the image
+unsigned char& BMPClass::pixel(int x, int y, int c) {
+    return bytes[(std::ptrdiff_t{y} * width + x) * 3 + c];
+}
+
+// ---- Loading ----
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the engine passes paths by value
+char BMPLoad(std::string path, BMPClass& image) {
+    const File file(std::fopen(path.c_str(), "rbe"));
+    if (file == nullptr) return 'o';
+    Header header = {};
+    const std::size_t got = std::fread(header.data(), 1, header.size(), file.get());
+    if (got < 2 || header[0] != 'B' || header[1] != 'M') return 'b';
+
+    const int start = Int32(header, 10);
+    image.width = Int32(header, 18);
+    image.height = Int32(header, 22);
+    image.allocateMem();
+    if (!ReadPixels(file.get(), static_cast<signed char>(header[28]), start, image)) return 'u';
+    return std::ferror(file.get()) != 0 ? 'f' : '\0';
+}
+
+char BMPLoad(std::string path) {
+    BMPClass forgotten;
+    return BMPLoad(std::move(path), forgotten);
+}
+
+std::string TranslateBMPError(char code) {
+    struct Message {
+        char code;
+        const char* text;
+    };
+    constexpr Message kMessages[] = {
+        {'\0', "No errors detected"},
+        {'o', "Failed to open the file, suspect it doesn't exist"},
+        {'b', "This file is not a bitmap, specifically it doesn't start 'BM'"},
+        {'u', "Unknown bmp format, ie not 24bit, 256,16 or 2 colour"},
+        {'f', "ferror said we had an error. This error seems to not always mean anything, try ignoring it"},
+        {'i', "sizeof(int)!=4 quite a lot of rewriting probably needs to be done on the code"},
+    };
+    for (const Message& message : kMessages) {
+        if (message.code == code) return message.text;
+    }
+    return "Not a valid error code";
+}

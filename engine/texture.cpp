@@ -1,0 +1,66 @@
+// Textures from bitmap files, of the engine's kit.
+
+#include <GL/gl.h>
+#include <GL/glu.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <vector>
+
+#include "engine/BMP_Loader.h"
+#include "engine/MacEngine.h"
+
+namespace {
+
+std::int64_t Pixels(const BMPClass& image) {
+    return std::int64_t{image.width} * image.height;
+}
+
+/// Makes a texture and leaves it bound.
+void MakeTexture(unsigned int* texture, GLint magnified, GLint minified) {
+    glGenTextures(1, texture);
+    glBindTexture(GL_TEXTURE_2D, *texture);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, magnified);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, minified);
+}
+
+/// Returns the colours of one image with the red of another, pixel by pixel, as their alpha.
+std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha) {
+    const auto pixels = static_cast<std::size_t>(Pixels(color));
+    std::vector<unsigned char> texels(pixels * 4);
+    for (std::size_t i = 0; i < pixels; ++i) {
+        for (std::size_t c = 0; c < 3; ++c) texels[4 * i + c] = color.bytes[3 * i + c];
+        texels[4 * i + 3] = alpha.bytes[3 * i];
+    }
+    return texels;
+}
+
+}  // namespace
+
+bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) try {
+    BMPClass image;
+    if (BMPLoad(file, image) != 0) return false;
+    MakeTexture(texture, GL_NEAREST, mipmap_filter ? GL_LINEAR_MIPMAP_NEAREST : GL_NEAREST);
+    gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, image.width, image.height, GL_RGB, GL_UNSIGNED_BYTE,
+                      image.bytes);
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char* alpha_file) try {
+    BMPClass color;
+    BMPClass alpha;
+    if (BMPLoad(color_file, color) != 0 || BMPLoad(alpha_file, alpha) != 0) return false;
+    if (Pixels(alpha) < Pixels(color)) return false;
+    const std::vector<unsigned char> texels = Combine(color, alpha);
+    MakeTexture(texture, GL_LINEAR, GL_LINEAR);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, color.width, color.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                 texels.data());
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
+}
