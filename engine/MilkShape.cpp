@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -95,7 +96,7 @@ void ReadVertices(Records& records, Model& model) {
     Allocate(records, model.vertex_count, model.vertices);
     for (int i = 0; i < model.vertex_count && !records.Failed(); ++i) {
         records.Skip(1);
-        records.Read(model.vertices[i].location);
+        records.Read(model.vertices.get()[i].location);
         records.Skip(2);
     }
 }
@@ -105,7 +106,7 @@ void ReadVertices(Records& records, Model& model) {
 bool ReadTriangles(Records& records, Model& model) {
     Allocate(records, model.triangle_count, model.triangles);
     for (int i = 0; i < model.triangle_count && !records.Failed(); ++i) {
-        Model::Triangle& triangle = model.triangles[i];
+        Model::Triangle& triangle = model.triangles.get()[i];
         records.Skip(2);
         for (int& vertex : triangle.vertices) {
             vertex = records.Next<std::uint16_t>();
@@ -125,13 +126,13 @@ bool ReadTriangles(Records& records, Model& model) {
 bool ReadMeshes(Records& records, Model& model) {
     Allocate(records, model.mesh_count, model.meshes);
     for (int i = 0; i < model.mesh_count && !records.Failed(); ++i) {
-        Model::Mesh& mesh = model.meshes[i];
+        Model::Mesh& mesh = model.meshes.get()[i];
         records.Skip(33);
         Allocate(records, mesh.triangle_count, mesh.triangles);
         for (int j = 0; j < mesh.triangle_count; ++j) {
             const int triangle = records.Next<std::uint16_t>();
             if (!IsIndex(triangle, model.triangle_count)) return false;
-            mesh.triangles[j] = triangle;
+            mesh.triangles.get()[j] = triangle;
         }
         mesh.material = records.Next<std::int8_t>();  // NOLINT(bugprone-signed-char-misuse): -1 is none
     }
@@ -151,7 +152,7 @@ std::unique_ptr<char[]> CopyName(const char* name) {
 bool ReadMaterials(Records& records, Model& model) {
     Allocate(records, model.material_count, model.materials);
     for (int i = 0; i < model.material_count && !records.Failed(); ++i) {
-        Model::Material& material = model.materials[i];
+        Model::Material& material = model.materials.get()[i];
         records.Skip(32);
         records.Read(material.ambient);
         records.Read(material.diffuse);
@@ -173,18 +174,38 @@ bool ReadMaterials(Records& records, Model& model) {
 
 // ---- Model ----
 
+Model::Model(Model&& other) noexcept {
+    Swap(other);
+}
+
+Model& Model::operator=(Model&& other) noexcept {
+    Swap(other);
+    return *this;
+}
+
+void Model::Swap(Model& other) {
+    std::swap(mesh_count, other.mesh_count);
+    std::swap(meshes, other.meshes);
+    std::swap(material_count, other.material_count);
+    std::swap(materials, other.materials);
+    std::swap(triangle_count, other.triangle_count);
+    std::swap(triangles, other.triangles);
+    std::swap(vertex_count, other.vertex_count);
+    std::swap(vertices, other.vertices);
+}
+
 void Model::render() const {
-    for (int i = 0; i < mesh_count; ++i) RenderMesh(meshes[i]);
+    for (int i = 0; i < mesh_count; ++i) RenderMesh(meshes.get()[i]);
 }
 
 void Model::render_group(int group) const {
-    if (0 < group && group <= mesh_count) RenderMesh(meshes[group - 1]);
+    if (0 < group && group <= mesh_count) RenderMesh(meshes.get()[group - 1]);
 }
 
 void Model::RenderMesh(const Mesh& mesh) const {
     glBegin(GL_TRIANGLES);
     for (int i = 0; i < mesh.triangle_count; ++i) {
-        const Triangle& triangle = triangles[mesh.triangles[i]];
+        const Triangle& triangle = TriangleOf(mesh, i);
         for (int k = 0; k < 3; ++k) {
             glNormal3fv(triangle.normals[k]);
             glTexCoord2f(triangle.s[k], triangle.t[k]);
@@ -194,15 +215,20 @@ void Model::RenderMesh(const Mesh& mesh) const {
     glEnd();
 }
 
+const Model::Triangle& Model::TriangleOf(const Mesh& mesh, int index) const {
+    return triangles.get()[mesh.triangles.get()[index]];
+}
+
 const float* Model::LocationOf(const Triangle& triangle, int corner) const {
-    return vertices[triangle.vertices[corner]].location;
+    return vertices.get()[triangle.vertices[corner]].location;
 }
 
 void Model::GetPolygons(std::vector<POLYGON3D>& out, float scale) const {
     POLYGON3D polygon;
     for (int i = 0; i < mesh_count; ++i) {
-        for (int j = 0; j < meshes[i].triangle_count; ++j) {
-            const Triangle& triangle = triangles[meshes[i].triangles[j]];
+        const Mesh& mesh = meshes.get()[i];
+        for (int j = 0; j < mesh.triangle_count; ++j) {
+            const Triangle& triangle = TriangleOf(mesh, j);
             for (int k = 0; k < 3; ++k) {
                 const float* normal = triangle.normals[k];
                 const float* location = LocationOf(triangle, k);
@@ -217,9 +243,10 @@ void Model::GetPolygons(std::vector<POLYGON3D>& out, float scale) const {
 std::vector<vector3f> Model::Corners() const {
     std::vector<vector3f> corners;
     for (int i = 0; i < mesh_count; ++i) {
-        for (int j = 0; j < meshes[i].triangle_count; ++j) {
+        const Mesh& mesh = meshes.get()[i];
+        for (int j = 0; j < mesh.triangle_count; ++j) {
             for (int k = 0; k < 3; ++k) {
-                const float* location = LocationOf(triangles[meshes[i].triangles[j]], k);
+                const float* location = LocationOf(TriangleOf(mesh, j), k);
                 corners.emplace_back(location[0], location[1], location[2]);
             }
         }
@@ -244,7 +271,7 @@ float Model::GetRadius() const {
 
 // ---- MilkshapeModel ----
 
-bool MilkshapeModel::loadModelData(const char* file) {
+bool MilkshapeModel::loadModelData(const char* file) try {
     const std::vector<char> bytes = ReadFile(file);
     Records records(bytes);
     MilkshapeModel loaded;
@@ -256,4 +283,6 @@ bool MilkshapeModel::loadModelData(const char* file) {
     if (records.Failed()) return false;
     *this = std::move(loaded);
     return true;
+} catch (const std::bad_alloc&) {
+    return false;  // a file too large for the memory
 }

@@ -79,11 +79,13 @@ class Model {
 
   protected:
     Model() = default;
-    Model(Model&&) = default;
-    Model& operator=(Model&&) = default;
+    Model(Model&& other) noexcept;
+    Model& operator=(Model&& other) noexcept;
 
   private:
+    void Swap(Model& other);
     void RenderMesh(const Mesh& mesh) const;
+    const Triangle& TriangleOf(const Mesh& mesh, int index) const;
     const float* LocationOf(const Triangle& triangle, int corner) const;
     std::vector<vector3f> Corners() const;
 };
