@@ -27,6 +27,16 @@ void MakeTexture(unsigned int* texture, GLint magnified, GLint minified) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, minified);
 }
 
+/// Uploads an image with all its levels. Its rows follow one another without the padding that GL expects.
+void BuildMipmaps(const BMPClass& image) {
+    GLint alignment = 0;
+    glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, image.width, image.height, GL_RGB, GL_UNSIGNED_BYTE,
+                      image.bytes);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
+}
+
 /// Returns the colours of one image with the red of another, pixel by pixel, as their alpha.
 std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha) {
     const auto pixels = static_cast<std::size_t>(Pixels(color));
@@ -44,8 +54,7 @@ bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) tr
     BMPClass image;
     if (BMPLoad(file, image) != 0) return false;
     MakeTexture(texture, GL_NEAREST, mipmap_filter ? GL_LINEAR_MIPMAP_NEAREST : GL_NEAREST);
-    gluBuild2DMipmaps(GL_TEXTURE_2D, GL_RGBA, image.width, image.height, GL_RGB, GL_UNSIGNED_BYTE,
-                      image.bytes);
+    BuildMipmaps(image);
     return true;
 } catch (const std::bad_alloc&) {
     return false;

@@ -33,7 +33,7 @@ void* Allocate(std::size_t size) noexcept {
 // Replaced to count. The program's code throws nothing, so that these do not either.
 void* operator new(std::size_t size) {
     void* memory = Allocate(size);
-    if (memory == nullptr) std::abort();
+    if (memory == nullptr) throw std::bad_alloc();
     return memory;
 }
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {

@@ -1,0 +1,200 @@
+// Any bytes as a raw picture: the input is the file "font", the first that is loaded; the next one is
+// missing. So the reader ends the program in either case, and says which of the two files it does not like
+// and why. That is compared with what a second look at the bytes finds.
+#include <GL/gl.h>
+#include <unistd.h>
+
+#include <csetjmp>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/textures.h"
+#include "fuzz/fuzzer.h"
+
+// ---- Surviving the reader ----
+//
+// The end of the program is a jump back to the input (wav_fuzzer.cpp tells why), and its last words are kept.
+
+namespace {
+
+std::jmp_buf back;
+bool reading = false;
+int ended_with = 0;  ///< the status; 0 while the reader goes on
+std::string said;
+
+// What GL was handed.
+constexpr GLint kLargest = 1024;
+unsigned int made = 0;
+unsigned int deleted = 0;
+unsigned int uploads = 0;
+GLsizei uploaded_width = 0;
+GLsizei uploaded_height = 0;
+std::string uploaded;
+
+}  // namespace
+
+/// Stands before the C library's: jumps out of the reader. Whoever else calls it ends the fuzzer.
+extern "C" void quick_exit(int status) noexcept {
+    if (!reading) _exit(status);
+    ended_with = status;
+    std::longjmp(back, 1);
+}
+
+/// Stands before the C library's: keeps what the reader says. Serves libFuzzer, too.
+extern "C" int fprintf(std::FILE* file, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    int length = 0;
+    if (reading && file == stderr) {
+        char line[512] = "";
+        length = std::vsnprintf(line, sizeof line, format, arguments);
+        said += line;
+    } else {
+        length = std::vfprintf(file, format, arguments);
+    }
+    va_end(arguments);
+    return length;
+}
+
+// ---- The GL of the fuzzer ----
+
+extern "C" {
+
+void glGenTextures(GLsizei /*n*/, GLuint* textures) {
+    *textures = ++made;
+}
+void glDeleteTextures(GLsizei n, const GLuint* textures) {
+    fuzz::Check(n == 1 && *textures == made, "the texture deleted is the one just made");
+    ++deleted;
+}
+void glBindTexture(GLenum /*target*/, GLuint /*texture*/) {}
+void glTexParameteri(GLenum /*target*/, GLenum /*name*/, GLint /*value*/) {}
+void glGetIntegerv(GLenum what, GLint* number) {
+    if (what == GL_MAX_TEXTURE_SIZE) *number = kLargest;
+}
+void glTexImage2D(GLenum /*target*/, GLint /*level*/, GLint /*internal_format*/, GLsizei width,
+                  GLsizei height, GLint /*border*/, GLenum /*format*/, GLenum /*type*/, const void* texels) {
+    fuzz::Check(width > 0 && height > 0 && width <= kLargest && height <= kLargest, "GL takes the size");
+    ++uploads;
+    uploaded_width = width;
+    uploaded_height = height;
+    uploaded.assign(static_cast<const char*>(texels),
+                    std::size_t{4} * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+}
+
+}  // extern "C"
+
+namespace {
+
+using fuzz::Check;
+
+constexpr char kFile[] = "font";
+
+/// Loads the pictures until the first that cannot be used.
+void Load() {
+    made = deleted = uploads = 0;
+    ended_with = 0;
+    said.clear();
+    font = 0;
+    reading = true;
+    if (setjmp(back) == 0) LoadTextures();
+    reading = false;
+}
+
+// ---- What it has to do ----
+
+/// Returns one of the two numbers that a file begins with.
+std::uint64_t Size(std::string_view file, std::size_t which) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        number |= std::uint64_t{static_cast<unsigned char>(file[4 * which + i])} << (8 * i);
+    }
+    return number;
+}
+
+/// Returns what is wrong with a file, as the reader puts it; nothing where it is a picture.
+std::string Fault(std::string_view file) {
+    if (file.size() < 8) return "il file e' troncato";
+    const std::uint64_t width = Size(file, 0);
+    const std::uint64_t height = Size(file, 1);
+    if (width == 0 || height == 0) return "le sue misure sono zero";
+    if (width > kLargest || height > kLargest) return "le sue misure sono troppo grandi";
+    const std::uint64_t whole = 8 + 4 * width * height;
+    if (file.size() < whole) return "il file e' troncato";
+    if (file.size() > whole) return "le sue misure non corrispondono alla lunghezza del file";
+    return "";
+}
+
+std::string LastWords(const std::string& name, const std::string& fault) {
+    return "Ulmaro Assistant: non posso usare l'immagine \"" + name + "\": " + fault + ".\n";
+}
+
+void CheckLoaded(std::string_view file) {
+    Check(said == LastWords("background", "il file non c'e'"), "a picture is followed by the next");
+    Check(made == 2 && deleted == 1 && font == 1, "the picture's texture is kept under its name");
+    Check(uploads == 1, "a picture is uploaded once");
+    Check(static_cast<std::uint64_t>(uploaded_width) == Size(file, 0) &&
+              static_cast<std::uint64_t>(uploaded_height) == Size(file, 1),
+          "the sizes are the file's");
+    Check(uploaded == file.substr(8), "the texels are the file's");
+}
+
+void CheckRefused(const std::string& fault) {
+    Check(said == LastWords(kFile, fault), "the line says what is wrong first");
+    Check(made == 1 && deleted == 1 && font == 0 && uploads == 0, "no texture is left of what is no picture");
+}
+
+// ---- Seeds ----
+
+std::string Picture(std::uint32_t width, std::uint32_t height, std::size_t bytes) {
+    std::string file;
+    for (const std::uint32_t size : {width, height}) {
+        for (unsigned i = 0; i < 4; ++i) file += static_cast<char>(size >> (8 * i));
+    }
+    for (std::size_t i = 0; i < bytes; ++i) file += static_cast<char>(i * 7 + 1);
+    return file;
+}
+
+}  // namespace
+
+std::vector<std::string> fuzz::Seeds() {
+    return {
+        "",
+        "abc",
+        Picture(1, 1, 4),
+        Picture(2, 1, 8).substr(0, 7),
+        Picture(3, 5, 60),
+        Picture(3, 5, 59),
+        Picture(3, 5, 61),
+        Picture(0, 5, 0),
+        Picture(5, 0, 0),
+        Picture(1, 1024, 4096),
+        Picture(1, 1025, 4100),
+        Picture(1025, 1, 4100),
+        Picture(16, 16, 1024),
+        Picture(1024, 1024, 10),
+        Picture(0x8000, 0x8000, 0),
+        Picture(0x80000000, 1, 4),
+        Picture(0xFFFFFFFF, 0xFFFFFFFF, 4),
+    };
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fuzz::InOwnFolder here;
+    const std::string_view file(reinterpret_cast<const char*>(data), size);
+    fuzz::WriteFile(kFile, data, size);
+
+    Load();
+    Check(ended_with == EXIT_FAILURE, "the program ends with status 1");
+    const std::string fault = Fault(file);
+    if (fault.empty())
+        CheckLoaded(file);
+    else
+        CheckRefused(fault);
+    return 0;
+}
