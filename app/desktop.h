@@ -23,6 +23,18 @@ std::uint64_t MonotonicNanoseconds();
 /// browser.
 void OpenWebAddress(const char* address);
 
+/// An icon of so many pixels, four bytes each: red, green, blue, alpha; rows from the bottom. None at all has
+/// the width 0.
+struct WindowIcon {
+    int width = 0;
+    int height = 0;
+    const unsigned char* pixels = nullptr;
+};
+
+/// Tells the desktop which program the window is of, by the name that its desktop entry has too, and which
+/// icon docks and task switchers are to show for it.
+void IntroduceWindow(const char* program, const WindowIcon& icon);
+
 /// Moves the pointer to screen point (400, 300). Kept for the engine's sake: the program never calls it.
 void ResetMouse();
 

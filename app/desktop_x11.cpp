@@ -1,14 +1,19 @@
 #include "app/desktop.h"
 
 #include <GL/glx.h>
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 #include <linux/close_range.h>
 #include <unistd.h>
 
+#include <cctype>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -36,6 +41,21 @@ std::string ShellQuoted(const char* text) {
     for (const char* c = text; *c != '\0'; ++c)
         quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
     return quoted + "'";
+}
+
+/// Returns an icon as the window manager reads it: width, height, then a number for each pixel, alpha in its
+/// highest byte, then red, green and blue; rows from the top. Xlib takes 32-bit numbers as longs.
+std::vector<unsigned long> IconCardinals(const WindowIcon& icon) {
+    std::vector<unsigned long> cardinals = {static_cast<unsigned long>(icon.width),
+                                            static_cast<unsigned long>(icon.height)};
+    for (int y = icon.height - 1; y >= 0; --y) {
+        for (int x = 0; x < icon.width; ++x) {
+            const unsigned char* pixel = icon.pixels + (std::ptrdiff_t{y} * icon.width + x) * 4;
+            cardinals.push_back(std::uint32_t{pixel[3]} << 24U | std::uint32_t{pixel[0]} << 16U |
+                                std::uint32_t{pixel[1]} << 8U | pixel[2]);
+        }
+    }
+    return cardinals;
 }
 
 }  // namespace
@@ -66,6 +86,22 @@ void OpenWebAddress(const char* address) {
     // In the background, because a browser that stays in the foreground must not freeze the owl.
     const std::string command = "xdg-open " + ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
     if (std::system(command.c_str()) != 0) return;  // no browser: nothing is shown
+}
+
+void IntroduceWindow(const char* program, const WindowIcon& icon) {
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    const Window window = glXGetCurrentDrawable();
+    std::string name = program;
+    std::string class_name = name;
+    class_name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+    XClassHint hint = {name.data(), class_name.data()};
+    XSetClassHint(display, window, &hint);
+    if (icon.width == 0) return;
+    const std::vector<unsigned long> cardinals = IconCardinals(icon);
+    XChangeProperty(display, window, XInternAtom(display, "_NET_WM_ICON", False), XA_CARDINAL, 32,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(cardinals.data()),
+                    static_cast<int>(cardinals.size()));
 }
 
 void ResetMouse() {

@@ -8,6 +8,7 @@
 
 #include "app/input.h"
 #include "app/shell.h"
+#include "app/textures.h"
 #include "app/typing.h"
 #include "app/window.h"
 #include "engine/Sound.h"
@@ -16,6 +17,7 @@ int main(int argc, char** argv) {
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
     glutCreateWindow("Ulmaro Assistant");
+    DressWindow();
     std::srand(static_cast<unsigned int>(std::time(nullptr)));
 
     // Meant to come after the window: they leave it where and as large as GLUT made it, 300 x 300.

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "app/desktop.h"
+
 unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
 unsigned int owl[3];
 unsigned int owl_ce[3];
@@ -105,8 +107,9 @@ const char* ReadRawImage(const char* path, RawImage& image) {
     return reason;
 }
 
-/// Makes a texture from a raw file; `name` is written only when the picture is whole.
-void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
+/// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory is
+/// used again for every picture: the system would take longer to give it anew than the file to be read.
+void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& image) {
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
@@ -117,7 +120,6 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 
-    RawImage image;
     if (const char* reason = ReadRawImage(path, image)) {
         glDeleteTextures(1, &texture);
         std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
@@ -128,23 +130,33 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap) {
     name = texture;
 }
 
-void LoadIcons() {
+void LoadIcons(RawImage& image) {
     int number = 1;
     for (unsigned int& icon : icns) {
         std::array<char, 128> path{};
         std::snprintf(path.data(), path.size(), kIconFile, number++);
-        LoadRawTexture(path.data(), icon, Wrap::kRepeat);
+        LoadRawTexture(path.data(), icon, Wrap::kRepeat, image);
     }
 }
 
 }  // namespace
 
+void DressWindow() {
+    RawImage image;
+    WindowIcon icon;
+    if (ReadRawImage("window_icon", image) == nullptr) {
+        icon = {static_cast<int>(image.width), static_cast<int>(image.height), image.pixels.data()};
+    }
+    IntroduceWindow("ulmaro-assistant", icon);
+}
+
 void LoadTextures() {
+    RawImage image;
     for (const RawTexture& texture : kTextures) {
         if (texture.file == kIconFile) {
-            LoadIcons();
+            LoadIcons(image);
         } else {
-            LoadRawTexture(texture.file, *texture.name, texture.wrap);
+            LoadRawTexture(texture.file, *texture.name, texture.wrap, image);
         }
     }
     GUI[2] = GUI[1];

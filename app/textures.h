@@ -18,6 +18,9 @@ extern unsigned int
 extern unsigned int GUI[4];  ///< panels, indexed by menu_case_id; the editor and the view share one
 extern unsigned int notify_circle;
 
+/// Gives the window its name and its icon, the raw picture "window_icon". Without that file it has no icon.
+void DressWindow();
+
 /// Loads every picture in the fixed order of the table. A picture that is missing, short or absurd ends the
 /// process with status 1 after one line on standard error that names the file and the reason.
 void LoadTextures();

@@ -41,10 +41,10 @@ Palette ReadPalette(std::FILE* file, std::size_t colours) {
 }
 
 /// Stores a palette's colour in a pixel, if the image has it.
-void Store(BMPClass& image, int x, int y, const Palette& palette, unsigned int index) {
+void Store(BMPClass& image, std::int64_t x, int y, const Palette& palette, unsigned int index) {
     if (x >= image.width || y >= image.height) return;
     const unsigned char* colour = &palette.at(index * std::size_t{4});
-    for (int c = 0; c < 3; ++c) image.pixel(x, y, c) = colour[2 - c];
+    for (int c = 0; c < 3; ++c) image.pixel(static_cast<int>(x), y, c) = colour[2 - c];
 }
 
 // ---- The depths ----
@@ -60,7 +60,7 @@ void Read24Bits(std::FILE* file, BMPClass& image) {
 }
 
 void Read256Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
-    for (int y = 0; y < image.height; ++y) {
+    for (int y = 0; y < image.height && image.width > 0; ++y) {
         for (int x = 0; x < image.width; ++x) {
             const int index = std::getc(file);
             if (index == EOF) return;
@@ -82,8 +82,8 @@ void Read16Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
 }
 
 void Read2Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
-    for (int y = 0; y < image.height; ++y) {
-        for (int x = 0; x < image.width; x += 8) {
+    for (int y = 0; y < image.height && image.width > 0; ++y) {
+        for (std::int64_t x = 0; x < image.width; x += 8) {
             const int byte = std::getc(file);
             if (byte == EOF) return;
             const auto bits = static_cast<unsigned int>(byte);

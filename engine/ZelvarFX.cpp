@@ -56,11 +56,10 @@ struct Line {
 
 bool ReadHeader(std::FILE* file) {
     char magic[4] = {};
-    std::fscanf(file, "%c%c%c", &magic[0], &magic[1], &magic[2]);
+    if (std::fscanf(file, "%c%c%c", &magic[0], &magic[1], &magic[2]) != 3) return false;
     if (std::strcmp(magic, "ZFX") != 0) return false;
     int version = -1;
-    std::fscanf(file, " ver: %d\n", &version);
-    return version == kVersion;
+    return std::fscanf(file, " ver: %d\n", &version) == 1 && version == kVersion;
 }
 
 /// Returns how many bytes of the file are yet to be read.
@@ -138,7 +137,7 @@ void ReadLines(std::FILE* file, ZelvarParticlesFX& e) {
     };
     for (const Line& line : lines) {
         const auto& [a, b, c, d, f, g] = line.fields;
-        std::fscanf(file, line.format, a, b, c, d, f, g);
+        if (std::fscanf(file, line.format, a, b, c, d, f, g) == EOF) return;
     }
 }
 

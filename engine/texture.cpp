@@ -17,6 +17,13 @@ std::int64_t Pixels(const BMPClass& image) {
     return std::int64_t{image.width} * image.height;
 }
 
+/// Returns whether GL would not take an image as it is; its bytes may be far more than its file had.
+bool IsTooLarge(const BMPClass& image) {
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    return image.width > largest || image.height > largest;
+}
+
 /// Makes a texture and leaves it bound.
 void MakeTexture(unsigned int* texture, GLint magnified, GLint minified) {
     glGenTextures(1, texture);
@@ -64,7 +71,7 @@ bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char*
     BMPClass color;
     BMPClass alpha;
     if (BMPLoad(color_file, color) != 0 || BMPLoad(alpha_file, alpha) != 0) return false;
-    if (Pixels(alpha) < Pixels(color)) return false;
+    if (Pixels(alpha) < Pixels(color) || IsTooLarge(color)) return false;
     const std::vector<unsigned char> texels = Combine(color, alpha);
     MakeTexture(texture, GL_LINEAR, GL_LINEAR);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, color.width, color.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,

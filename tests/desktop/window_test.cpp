@@ -1,12 +1,20 @@
 // The window: its start, its size, its end, and the files that it needs.
 #include <X11/keysym.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "tests/desktop/fixture.h"
+#include "tests/desktop/reading.h"
 #include "tests/desktop/scene.h"
+
+// After GoogleTest, which has a None of its own.
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
 
 namespace desktop {
 namespace {
@@ -20,6 +28,64 @@ Start ClockInHand() {
     Start start;
     start.clock = Clock::kInHand;
     return start;
+}
+
+TEST_F(TheWindow, BearsTheNameOfItsDesktopEntry) {
+    Program& program = Run();
+
+    XClassHint hint = {};
+    ASSERT_NE(XGetClassHint(desk.Connection(), program.Handle(), &hint), 0);
+    EXPECT_STREQ(hint.res_name, "ulmaro-assistant");
+    EXPECT_STREQ(hint.res_class, "Ulmaro-assistant");
+    XFree(hint.res_name);
+    XFree(hint.res_class);
+}
+
+/// Returns the numbers of a window's icon: width, height, then one for each pixel from the top left.
+std::vector<unsigned long> IconOf(Display* connection, Window window) {
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* bytes = nullptr;
+    XGetWindowProperty(connection, window, XInternAtom(connection, "_NET_WM_ICON", False), 0, 1 << 20, False,
+                       XA_CARDINAL, &type, &format, &count, &left, &bytes);
+    const auto* numbers = reinterpret_cast<const unsigned long*>(bytes);
+    const std::vector<unsigned long> icon(numbers, numbers + (format == 32 ? count : 0));
+    if (bytes != nullptr) XFree(bytes);
+    return icon;
+}
+
+TEST_F(TheWindow, ShowsItsIconToDocksAndTaskSwitchers) {
+    Program& program = Run();
+    const RawPicture picture = Picture("window_icon");
+
+    const std::vector<unsigned long> icon = IconOf(desk.Connection(), program.Handle());
+
+    const auto width = static_cast<std::size_t>(picture.Width());
+    const auto height = static_cast<std::size_t>(picture.Height());
+    ASSERT_EQ(icon.size(), 2 + width * height);
+    EXPECT_EQ(icon[0], width);
+    EXPECT_EQ(icon[1], height);
+    for (std::size_t y = 0; y < height; ++y) {
+        for (std::size_t x = 0; x < width; ++x) {
+            const Texel& texel = picture.At(static_cast<int>(x), static_cast<int>(height - 1 - y));
+            const auto expected = std::uint32_t{texel.a} << 24U | std::uint32_t{texel.r} << 16U |
+                                  std::uint32_t{texel.g} << 8U | texel.b;
+            ASSERT_EQ(icon[2 + y * width + x] & 0xFFFFFFFFU, expected) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(TheWindow, DoesWithoutAnIcon) {
+    Start start;
+    start.missing = {"window_icon"};
+
+    Program& program = Run(start);
+
+    // The window manager may lend it one.
+    EXPECT_NE(IconOf(desk.Connection(), program.Handle()).size(), 2 + 64UL * 64);
+    EXPECT_EQ(program.Said(), "");
 }
 
 TEST_F(TheWindow, IsCalledUlmaroAssistantAndMeasures300By300Pixels) {

@@ -1,5 +1,7 @@
 #include "tests/fakes/desktop.h"
 
+#include <cstddef>
+
 #include "tests/fakes/log.h"
 
 namespace fakes {
@@ -30,6 +32,15 @@ std::uint64_t MonotonicNanoseconds() {
 void OpenWebAddress(const char* address) {
     fakes::Record("OpenWebAddress", {}, address);
     fakes::desktop().opened.emplace_back(address);
+}
+
+void IntroduceWindow(const char* program, const WindowIcon& icon) {
+    fakes::Record("IntroduceWindow", {icon.width, icon.height}, program);
+    fakes::desktop().program = program;
+    fakes::desktop().icon_width = icon.width;
+    fakes::desktop().icon_height = icon.height;
+    fakes::desktop().icon.assign(icon.pixels,
+                                 icon.pixels + static_cast<std::ptrdiff_t>(icon.width) * icon.height * 4);
 }
 
 void ResetMouse() {

@@ -31,6 +31,9 @@ struct Desktop {
     int clock_calls = 0;
     int mouse_resets = 0;
     std::vector<std::string> opened;  ///< every web address, in order
+    std::string program;              ///< the name that the window was introduced by
+    int icon_width = 0, icon_height = 0;
+    std::vector<unsigned char> icon;  ///< its pixels
     std::vector<int> swap_intervals;  ///< every swap interval that was set, in order
 };
 

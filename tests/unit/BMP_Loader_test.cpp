@@ -345,7 +345,7 @@ TEST_F(BitmapTest, In16ColoursTheHighHalfOfAByteIsTheLeftPixel) {
 }
 
 TEST_F(BitmapTest, In16ColoursEveryRowOfTheFileIsTakenToBe256Wide) {
-    std::string pixels(256 * 128, '\x11');
+    std::string pixels(256UL * 128, '\x11');
     for (std::size_t y = 0; y < 4; ++y) pixels.replace(y * 128, 2, "\x23\x45");
 
     EXPECT_EQ(Load(WithPalette(4, 4, 4, pixels)), '0');
@@ -356,7 +356,7 @@ TEST_F(BitmapTest, In16ColoursEveryRowOfTheFileIsTakenToBe256Wide) {
 }
 
 TEST_F(BitmapTest, In16ColoursWhatIsBeyond256StaysBlack) {
-    EXPECT_EQ(Load(WithPalette(300, 260, 4, std::string(300 * 260, '\x33'))), '0');
+    EXPECT_EQ(Load(WithPalette(300, 260, 4, std::string(300UL * 260, '\x33'))), '0');
 
     EXPECT_EQ(image_.pixel(255, 255, 0), 255 - 3);
     EXPECT_EQ(image_.pixel(256, 0, 0), 0);

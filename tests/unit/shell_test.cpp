@@ -70,6 +70,14 @@ TEST_F(MainTest, MakesOneDoubleBufferedWindowWithTheProgramsTitle) {
     EXPECT_EQ(fakes::glut().windows, (Calls{"Ulmaro Assistant"}));
 }
 
+TEST_F(MainTest, IntroducesTheWindowAsSoonAsItIsThere) {
+    RunMain();
+
+    EXPECT_EQ(fakes::Names({"glutCreateWindow", "IntroduceWindow", "srand", "glTexImage2D"}).at(1),
+              "IntroduceWindow");
+    EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
+}
+
 TEST_F(MainTest, SeedsRandWithTheTime) {
     fakes::world().now = 123456789;
 

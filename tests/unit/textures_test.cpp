@@ -49,6 +49,29 @@ TEST_F(TexturesTest, LoadsThe35FilesInTheOrderOfTheTable) {
     }
 }
 
+TEST_F(TexturesTest, AnIconOfItsOwnIsTheWindows) {
+    PictureFolder::Write("window_icon", 2, 1, {1, 2, 3, 4, 5, 6, 7, 8});
+
+    DressWindow();
+
+    EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
+    EXPECT_EQ(fakes::desktop().icon_width, 2);
+    EXPECT_EQ(fakes::desktop().icon_height, 1);
+    EXPECT_EQ(fakes::desktop().icon, (std::vector<unsigned char>{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(fakes::Count("glGenTextures"), 0U) << "it is no texture";
+}
+
+TEST_F(TexturesTest, WithoutAnIconOrWithADamagedOneTheWindowHasItsNameAlone) {
+    DressWindow();
+    EXPECT_EQ(fakes::Lines({"IntroduceWindow"}),
+              (std::vector<std::string>{"IntroduceWindow(0, 0, \"ulmaro-assistant\")"}));
+
+    PictureFolder::Write("window_icon", 2, 1, {1, 2, 3});
+    DressWindow();
+    EXPECT_EQ(fakes::desktop().icon_width, 0);
+    EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
+}
+
 TEST_F(TexturesTest, EveryFileFeedsItsGlobal) {
     LoadTextures();
 
