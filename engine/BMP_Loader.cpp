@@ -7,19 +7,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
-#include <memory>
 #include <new>
 #include <utility>
+
+#include "engine/file.h"
 
 namespace {
 
 constexpr std::size_t kHeaderBytes = 54;
 constexpr int kSixteenColourEdge = 256;  ///< every image of 16 colours is taken to be so wide and high
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 using Header = std::array<unsigned char, kHeaderBytes>;
 

@@ -7,8 +7,9 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <vector>
+
+#include "engine/file.h"
 
 namespace ZFX {
 
@@ -30,11 +31,6 @@ constexpr int kVersion = 2;
 
 /// The numbers of all textures that the rest of the file cannot hold; with more of them it is damaged.
 constexpr long kMostMissingNumbers = 4'000'000;
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// A line of a block: its format, and where its numbers go.
 struct Line {

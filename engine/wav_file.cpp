@@ -9,8 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <optional>
+
+#include "engine/file.h"
 
 namespace {
 
@@ -22,11 +23,6 @@ constexpr std::uint32_t kExtensible = 0xFFFE;
 constexpr std::size_t kFormatBytes = 16;      ///< of a format chunk without extension
 constexpr std::size_t kExtensibleBytes = 40;  ///< of one with the extension that holds the real tag
 constexpr std::size_t kSubFormat = 24;        ///< where that tag is
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 /// What a format chunk says.
 struct Format {

@@ -13,9 +13,6 @@
 //
 // usage: bake_effects SOURCE DRAWINGS_FOLDER OUTPUT
 
-#include <cairo.h>
-#include <librsvg/rsvg.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -28,6 +25,7 @@
 #include <system_error>
 #include <vector>
 
+#include "tools/drawing.h"
 #include "tools/raw_picture.h"
 
 namespace {
@@ -67,13 +65,6 @@ constexpr std::array kFields = {
 
 /// The largest texture edge, pixels. The program reads its numbers one by one at start-up.
 constexpr int kMaxEdge = 128;
-
-/// Where a texture's pixels come from.
-struct Picture {
-    std::string drawing;                ///< SVG file in the folder of drawings
-    double x = 0, y = 0, w = 0, h = 0;  ///< the crop, in the drawing's own units, y down
-    std::vector<std::string> layers;    ///< ids painted one over another
-};
 
 /// A line that holds words, the keyword first.
 struct Line {
@@ -163,10 +154,10 @@ void TakeHeader(Source& source) {
 }
 
 /// Takes the line that names the picture of a texture.
-Picture TakePicture(Source& source) {
+Cutout TakePicture(Source& source) {
     const Line& line = Take(source, std::string("picture:"));
     const std::vector<std::string>& words = line.words;
-    Picture p;
+    Cutout p;
     if (words.size() < 7) Fail(source, line, "'picture:' needs a drawing, a crop x y w h and layers");
     p.drawing = words[1];
     if (!Parse(words[2], p.x) || !Parse(words[3], p.y) || !Parse(words[4], p.w) || !Parse(words[5], p.h) ||
@@ -177,42 +168,6 @@ Picture TakePicture(Source& source) {
 }
 
 // ---- The texture ----
-
-/// Opens a drawing. Its viewport is set to its own size, so that its units are those of crops.
-RsvgHandle* Open(const std::string& path, RsvgRectangle& viewport) {
-    GError* error = nullptr;
-    RsvgHandle* drawing = rsvg_handle_new_from_file(path.c_str(), &error);
-    if (drawing == nullptr) Fail(path + ": " + error->message);
-    gboolean has_box = FALSE;
-    RsvgRectangle box{};
-    rsvg_handle_get_intrinsic_dimensions(drawing, nullptr, nullptr, nullptr, nullptr, &has_box, &box);
-    if (!has_box) Fail(path + " has no viewBox");
-    viewport = {0, 0, box.width, box.height};
-    return drawing;
-}
-
-/// Renders the picture with librsvg, top row first.
-RawPicture Render(const Picture& p, const std::string& folder, int width, int height) {
-    const std::string path = folder + "/" + p.drawing;
-    RsvgRectangle viewport{};
-    RsvgHandle* drawing = Open(path, viewport);
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
-    cairo_t* cr = cairo_create(surface);
-    cairo_scale(cr, width / p.w, height / p.h);
-    cairo_translate(cr, -p.x, -p.y);
-    for (const std::string& layer : p.layers) {
-        GError* error = nullptr;
-        if (!rsvg_handle_has_sub(drawing, layer.c_str()))
-            Fail(std::string(path).append(" has no layer ").append(layer));
-        if (!rsvg_handle_render_layer(drawing, cr, layer.c_str(), &viewport, &error))
-            Fail(path + layer + ": " + error->message);
-    }
-    cairo_destroy(cr);
-    g_object_unref(drawing);
-    RawPicture image = FromCairo(surface);
-    BleedColour(image);
-    return image;
-}
 
 /// Writes the texels, a row of the texture a line. The program's first row is the bottom one.
 void PutTexels(std::ostream& out, const RawPicture& image) {
@@ -246,7 +201,7 @@ void BakeEmitter(Source& source, const std::string& folder, std::ostream& out) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     if (argc != 4) Fail("usage: bake_effects SOURCE DRAWINGS_FOLDER OUTPUT");
     Source source = ReadSource(argv[1]);
     std::ostringstream effect;
@@ -259,4 +214,6 @@ int main(int argc, char** argv) {
     out.close();
     if (!out) Fail(std::string("cannot write ") + argv[3]);
     return 0;
+} catch (const DrawingError& error) {
+    Fail(error.what());
 }

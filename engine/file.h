@@ -1,0 +1,12 @@
+// A C stream that closes itself, for the readers of files.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// An open stream; null where the file could not be opened.
+using File = std::unique_ptr<std::FILE, CloseFile>;
