@@ -53,6 +53,7 @@ void glBindTexture(GLenum /*target*/, GLuint texture) {
 void glTexParameteri(GLenum /*target*/, GLenum /*name*/, GLint /*value*/) {}
 void glGetIntegerv(GLenum what, GLint* number) {
     if (what == GL_UNPACK_ALIGNMENT) *number = alignment;
+    if (what == GL_MAX_TEXTURE_SIZE) *number = INT_MAX;
 }
 void glPixelStorei(GLenum name, GLint value) {
     if (name == GL_UNPACK_ALIGNMENT) alignment = value;
