@@ -9,21 +9,19 @@
 #include <X11/Xlib.h>
 
 #include <algorithm>
-#include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <exception>
 #include <string>
-#include <vector>
 
 #include "bench/event_mix.h"
-#include "bench/table.h"
+#include "bench/screens.h"
+#include "bench/turns.h"
 #include "tests/desktop/desktop.h"
 
 namespace {
 
+using bench::Runner;
 using desktop::CanvasPoint;
 using desktop::Clock;
 using desktop::Desktop;
@@ -49,11 +47,6 @@ Start WithStore(const std::string& store) {
     return start;
 }
 
-/// What a frame takes, milliseconds.
-struct Cost {
-    double real, processor;
-};
-
 /// The program with a store, in a part of the screen that no other window covers.
 class Side {
   public:
@@ -68,76 +61,20 @@ class Side {
     Side& operator=(const Side&) = delete;
 
     Program& Owl() { return program_; }
-    void Stop() { kill(program_.Child().Id(), SIGSTOP); }
-    void Continue() { kill(program_.Child().Id(), SIGCONT); }
+    void Stop() { Frames().Stop(); }
+    void Continue() { Frames().Continue(); }
 
-    /// Returns what a frame takes, over a slice of time.
-    Cost FrameCost() {
-        Continue();
-        program_.WaitForFrames(3);
-        const std::uint64_t frames = program_.Frames();
-        const double start = desktop::Now();
-        const double processor = ProcessorSeconds();
-        desktop::SleepSeconds(kSliceSeconds);
-        const double drawn = static_cast<double>(program_.Frames() - frames) / 1000;
-        const Cost cost = {(desktop::Now() - start) / drawn, (ProcessorSeconds() - processor) / drawn};
-        Stop();
-        return cost;
+    Runner Frames() {
+        return {program_.Child().Id(), [this] { return program_.Frames(); }};
     }
 
   private:
-    /// Returns the processor time of all threads, to the nanosecond; the harness has it in whole ticks.
-    double ProcessorSeconds() {
-        clockid_t clock = 0;
-        timespec time = {};
-        if (clock_getcpuclockid(program_.Child().Id(), &clock) != 0 || clock_gettime(clock, &time) != 0) {
-            desktop::Fail("the program's processor time cannot be read");
-        }
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-    }
-
     Program program_;
-};
-
-/// The costs of two programs, slice by slice.
-struct Series {
-    std::vector<double> ours, compared, ratios;
-
-    void Add(double a, double b) {
-        ours.push_back(a);
-        compared.push_back(b);
-        ratios.push_back(a / b);
-    }
-
-    /// Prints the line; returns whether the ratio is within the limit.
-    bool Print(const std::string& what) const {
-        return bench::PrintRow(what.c_str(), bench::Median(ours), bench::Median(compared),
-                               bench::Median(ratios), kLimit);
-    }
 };
 
 /// Measures a screen that both programs show. Returns whether the ratios are within the limit.
 bool Compare(const std::string& screen, Side& ours, Side& other, int pairs) {
-    Series real, processor;
-    for (int i = 0; i < pairs; ++i) {
-        const Cost a = ours.FrameCost();
-        const Cost b = other.FrameCost();
-        real.Add(a.real, b.real);
-        processor.Add(a.processor, b.processor);
-    }
-    const bool good = real.Print(screen + ", real time");
-    return processor.Print(screen + ", processor time") && good;
-}
-
-/// Returns the part of the pixels in which two images of the same size differ, 0 .. 1.
-double Difference(const Image& a, const Image& b) {
-    int different = 0;
-    for (int y = 0; y < a.Height(); ++y) {
-        for (int x = 0; x < a.Width(); ++x) {
-            if (std::abs(a.At(x, y).Luminance() - b.At(x, y).Luminance()) > 2) ++different;
-        }
-    }
-    return static_cast<double>(different) / a.Width() / a.Height();
+    return bench::CompareFrames(screen, ours.Frames(), other.Frames(), pairs, kSliceSeconds, kLimit);
 }
 
 /// Clicks a button that leads to another screen. A click may be lost on a window that was just stopped, so it
@@ -149,7 +86,7 @@ void Go(Program& program, CanvasPoint button) {
         program.Click(button);
         program.MovePointer(kAway);
         program.WaitForFrames(2);
-        if (Difference(before, program.Look()) > 0.5) return;
+        if (bench::Difference(before, program.Look()) > 0.5) return;
     }
     desktop::Fail("a click leads nowhere");
 }

@@ -1,8 +1,10 @@
-// The table that the benchmarks print: one line a measurement, a ratio and its limit.
+// The table that the benchmarks print: one line a measurement. Its columns stand at least two blanks apart,
+// so that a script can take them apart: what, measured, compared with, ratio, limit, verdict.
 #pragma once
 
 #include <algorithm>
 #include <cstdio>
+#include <string>
 #include <vector>
 
 namespace bench {
@@ -14,14 +16,41 @@ inline double Median(std::vector<double> values) {
     return *middle;
 }
 
-/// Prints a measurement: milliseconds of what is measured and of what it is compared with, the ratio (the
-/// median of those of the pairs) and its limit. Returns whether the ratio is within it.
-inline bool PrintRow(const char* what, double milliseconds, double compared, double ratio, double limit) {
-    const bool good = ratio <= limit;
-    std::printf("%-52s %9.3f ms %9.3f ms %7.2f %7.2f  %s\n", what, milliseconds, compared, ratio, limit,
-                good ? "good" : "MISSED");
+/// Prints a line of columns as they are.
+inline void PrintColumns(const std::string& what, const std::string& measured, const std::string& compared,
+                         const std::string& ratio, const std::string& limit, const char* verdict) {
+    std::printf("%-56s  %13s  %13s  %7s  %7s  %s\n", what.c_str(), measured.c_str(), compared.c_str(),
+                ratio.c_str(), limit.c_str(), verdict);
     std::fflush(stdout);
+}
+
+/// Returns a number with so many digits behind the point, and its unit.
+inline std::string Number(double value, int digits, const std::string& unit = "") {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f", digits, value);
+    return unit.empty() ? text : text + (" " + unit);
+}
+
+/// Prints a measurement: what is measured and what it is compared with, in the unit, the ratio (the median of
+/// those of the pairs) and its limit. Returns whether the ratio is within it.
+inline bool PrintRow(const std::string& what, double measured, double compared, double ratio, double limit,
+                     const std::string& unit = "ms") {
+    const bool good = ratio <= limit;
+    PrintColumns(what, Number(measured, 3, unit), Number(compared, 3, unit), Number(ratio, 2),
+                 Number(limit, 2), good ? "good" : "MISSED");
     return good;
+}
+
+/// Prints a number that has a limit of its own. Returns whether it is within it.
+inline bool PrintCount(const std::string& what, double count, double limit) {
+    const bool good = count <= limit;
+    PrintColumns(what, Number(count, 2), "-", "-", Number(limit, 2), good ? "good" : "MISSED");
+    return good;
+}
+
+/// Prints a number that is only recorded: it has no limit.
+inline void PrintRecord(const std::string& what, double count, int digits = 0) {
+    PrintColumns(what, Number(count, digits), "-", "-", "-", "recorded");
 }
 
 }  // namespace bench

@@ -1,0 +1,134 @@
+// How long the program takes to its first frame and how much memory it holds, compared with a bare GLUT
+// program that uploads as many bytes of pictures (bare_window.cpp).
+//
+// Start: from the fork to the first swap of buffers, where a preloaded library ends the process; pairs take
+// turns. Memory: the resident set of both after a second in their windows. Prints a line each; exits with 1
+// where a limit is missed.
+//
+// usage: start_and_memory [PAIRS]
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "bench/turns.h"
+#include "tests/desktop/desktop.h"
+
+namespace {
+
+using desktop::Desktop;
+using desktop::Process;
+using desktop::Program;
+
+constexpr double kStartLimit = 1.15;
+constexpr double kMemoryLimit = 1.10;
+constexpr int kMemoryPairs = 3;
+constexpr double kSettleSeconds = 1;
+
+/// Returns the bare program's command: as many pictures as the data folder has, all of one size, of as many
+/// bytes in sum. The pictures are the files without a dot in their name.
+std::vector<std::string> BareWindow() {
+    constexpr std::uintmax_t kLeast = 4096;  // of a picture worth counting, bytes
+    std::uintmax_t bytes = 0;
+    int pictures = 0;
+    for (const auto& file : std::filesystem::directory_iterator(ULMARO_DATA)) {
+        if (!file.is_regular_file() || file.path().filename().string().find('.') != std::string::npos)
+            continue;
+        bytes += file.file_size();
+        if (file.file_size() > kLeast) ++pictures;
+    }
+    if (pictures == 0) desktop::Fail("the data folder has no pictures");
+    const double edge = std::sqrt(static_cast<double>(bytes) / pictures / 4);
+    return {ULMARO_BARE_WINDOW, std::to_string(pictures), std::to_string(static_cast<int>(edge))};
+}
+
+// ---- Start ----
+
+/// Returns how long a program takes to its first frame, milliseconds. It runs in the current folder.
+double StartMilliseconds(const std::vector<std::string>& words) {
+    std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
+    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+    const double start = desktop::Now();
+    pid_t child = 0;
+    setenv("LD_PRELOAD", ULMARO_EXIT_AT_FIRST_SWAP, 1);
+    const int error = posix_spawn(&child, arguments[0], nullptr, nullptr, arguments.data(), environ);
+    unsetenv("LD_PRELOAD");
+    int status = 0;
+    if (error != 0 || waitpid(child, &status, 0) != child || status != 0) {
+        desktop::Fail(words[0] + " does not come to its first frame");
+    }
+    return 1000 * (desktop::Now() - start);
+}
+
+bool CompareStarts(const Desktop& desk, int pairs) {
+    const std::vector<std::string> bare = BareWindow();
+    const std::vector<std::string> ours = {ULMARO_PROGRAM};
+    const desktop::Folder folder;
+    folder.LinkAll(ULMARO_DATA);
+    std::filesystem::current_path(folder.Path());
+    setenv("DISPLAY", desk.Name().c_str(), 1);
+    StartMilliseconds(ours);
+    StartMilliseconds(bare);
+    bench::Series series;
+    for (int i = 0; i < pairs; ++i) {
+        const double owl = StartMilliseconds(ours);
+        series.Add(owl, StartMilliseconds(bare));
+    }
+    std::filesystem::current_path("/");
+    return series.Print("start to the first frame : bare window", kStartLimit);
+}
+
+// ---- Memory ----
+
+double OwlMebibytes(Desktop& desk) {
+    Program owl(desk, {});
+    owl.WaitForFrames(100);
+    desktop::SleepSeconds(kSettleSeconds);
+    return bench::ResidentMebibytes(owl.Child().Id());
+}
+
+double BareMebibytes(const Desktop& desk) {
+    desktop::Command command;
+    command.words = BareWindow();
+    command.environment["DISPLAY"] = desk.Name();
+    Process bare(command);
+    if (!desktop::WaitUntil([&] { return desk.FindWindow("Bare window") != 0; }, 20)) {
+        desktop::Fail("the bare program shows no window");
+    }
+    desktop::SleepSeconds(kSettleSeconds);
+    return bench::ResidentMebibytes(bare.Id());
+}
+
+bool CompareMemory(Desktop& desk) {
+    bench::Series series;
+    for (int i = 0; i < kMemoryPairs; ++i) {
+        const double owl = OwlMebibytes(desk);
+        series.Add(owl, BareMebibytes(desk));
+    }
+    return series.Print("resident memory : bare window", kMemoryLimit, "MiB");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int pairs = argc > 1 ? std::atoi(argv[1]) : 21;
+    try {
+        Desktop desk;
+        bool good = CompareStarts(desk, std::max(pairs, 1));
+        good &= CompareMemory(desk);
+        return good ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "start_and_memory: %s\n", error.what());
+        return 2;
+    }
+}
