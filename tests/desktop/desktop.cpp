@@ -333,7 +333,7 @@ Program::~Program() {
 
 void Program::StartProcess() {
     Command command;
-    command.words = {ULMARO_PROGRAM};
+    command.words = {start_.program};
     command.folder = files_.Path();
     command.error_file = output_.Path("said");
     command.environment = {
@@ -362,6 +362,7 @@ void Program::OpenProbe() {
     if (file >= 0) close(file);
     if (record == MAP_FAILED) Fail("cannot map the probe's file");
     probe_ = static_cast<Probe*>(record);
+    probe_->longest_step = start_.longest_step;
 }
 
 bool Program::Shown() const {

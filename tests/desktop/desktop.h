@@ -133,7 +133,9 @@ struct Start {
     std::vector<std::string> missing;           ///< files that are not there
     std::map<std::string, std::string> environment;  ///< added to the environment
     std::vector<std::string> preload;                ///< libraries loaded ahead, such as libfaketime
-    bool wait_for_window = true;  ///< the program is expected to show its window and frames
+    bool wait_for_window = true;           ///< the program is expected to show its window and frames
+    std::string program = ULMARO_PROGRAM;  ///< the file that is run
+    std::int64_t longest_step = kLongestStepNanoseconds;  ///< of a clock in hand, ns
 };
 
 /// The real program in its window.
@@ -182,8 +184,8 @@ class Program {
     /// Lets the program's clock run with real time, or takes it in hand.
     void SetClock(Clock clock) { probe_->clock_in_hand = clock == Clock::kInHand; }
 
-    /// Moves a clock in hand by some seconds, at most a tenth each frame, and waits until the window shows
-    /// the last.
+    /// Moves a clock in hand by some seconds, at most Start::longest_step each frame, and waits until the
+    /// window shows the last.
     void LetTimePass(double seconds);
 
     /// Lets the program draw this random number and no other, 0 .. RAND_MAX. Only for moments: it waits for

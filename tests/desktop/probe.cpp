@@ -100,7 +100,7 @@ void glXSwapBuffers(void* display, unsigned long drawable) {
     static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
     next(display, drawable);
     if (probe == nullptr) return;
-    const std::int64_t step = std::min(probe->to_pass.load(), desktop::kLongestStepNanoseconds);
+    const std::int64_t step = std::min(probe->to_pass.load(), probe->longest_step.load());
     probe->clock += step;
     probe->to_pass -= step;
     CountStall();

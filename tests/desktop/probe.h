@@ -15,8 +15,8 @@ namespace desktop {
 /// The environment variable with the path of the mapped file.
 constexpr char kProbeVariable[] = "ULMARO_PROBE";
 
-/// The longest step of a clock in the test's hand, nanoseconds; one frame takes one step. Below the 0.25
-/// seconds above which the program takes a frame for a stall.
+/// The usual longest step of a clock in the test's hand, nanoseconds; one frame takes one step. A test may
+/// set another below the 0.25 seconds above which the program takes a frame for a stall.
 constexpr std::int64_t kLongestStepNanoseconds = 100'000'000;
 
 /// A client message of format 32 with this first word is a mark: its second word, a number, is noted when the
@@ -38,6 +38,7 @@ struct Probe {
     std::atomic<bool> dice_in_hand;     ///< the program draws `dice` only; written by the test
     std::atomic<std::int32_t> dice;     ///< the random number that it draws then, 0 .. RAND_MAX
     std::atomic<std::int64_t> to_pass;  ///< time yet to pass, ns; raised by the test, used up by the frames
+    std::atomic<std::int64_t> longest_step;  ///< of a clock in hand, ns; written by the test
 };
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the record is shared by two processes");

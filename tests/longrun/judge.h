@@ -1,0 +1,114 @@
+// The judge of a long run: follows the program frame by frame and says where its timers did otherwise than
+// they should.
+//
+// It goes by the witness's marks, by the records of the store and by the clock on the wall, and by no code of
+// the program. Every bound is derived from the timers, which go by the frames of the owl's screen alone:
+//
+// - Offers. The next offer comes 900 to 1800 s after the end of the last, whether it came by itself or was
+//   asked for; asleep it waits for the waking. An offer stands for 20 s.
+// - Notices. A reminder is due once 3600, 7200 or 10800 s have been added up, frame by frame in single
+//   precision as the program does, so that the very frame is known. An appointment is due from its minute on,
+//   and 60 and 30 minutes before until these notices were given; a weekly event the same on its day. While
+//   anything is due there is a badge, and never otherwise. The notice sounds at once and then every 35 s.
+// - Poses, while nobody disturbs the owl. It perches for 10 to 20 s. It stands for 20 to 60 s; after a sleep
+//   the second of waking is part of these. It sleeps for 30 to 60 s and the waking. Out of standing comes
+//   sleep or perching with even chances, likewise sleep or standing out of perching.
+//   A sleep that a bubble or laughter cuts short, also before it was ever drawn, is gone on with by the next,
+//   be it at its waking; such a sleep is not timed.
+// - Waking. With the pointer over the window the owl wakes within a second.
+//
+// A frame may end each of these up to one step late.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "tests/desktop/calendar.h"
+#include "tests/longrun/witness.h"
+
+namespace longrun {
+
+/// What a run has seen.
+struct Figures {
+    std::uint64_t frames = 0;
+    double seconds = 0;       ///< of the program's clock
+    double owl_seconds = 0;   ///< of them on the owl's screen
+    double calm_seconds = 0;  ///< of them undisturbed
+    int offers = 0;           ///< that came by themselves
+    int asked_offers = 0;     ///< from the menu
+    double offer_gaps = 0;    ///< sum of the waits for offers that came by themselves, seconds
+    int offer_sounds = 0;
+    int notices = 0;  ///< times that a badge appeared
+    double badge_seconds = 0;
+    int notice_sounds = 0;
+    int laughs = 0;  ///< that were heard
+    int quiz_sounds = 0;
+    int sleeps = 0;       ///< begun
+    int calm_sleeps = 0;  ///< of them begun undisturbed
+    int pointer_wakings = 0;
+    int timed_poses = 0;    ///< whose duration was checked
+    int chances = 0;        ///< ends of poses undisturbed, out of which sleep could come
+    int chances_taken = 0;  ///< of them with sleep
+};
+
+class Judge {
+  public:
+    /// Takes the longest step of the program's clock, seconds.
+    explicit Judge(double step) : step_(step) {}
+
+    /// Takes the events as the store has them now.
+    void SetEvents(const std::vector<desktop::Record>& events) { events_ = events; }
+
+    /// Takes the local time that the clock on the wall shows from now on.
+    void SetWallClock(const std::tm& time) { wall_ = time; }
+
+    /// Takes whether the pointer is over the canvas from now on, well inside or well outside.
+    void SetPointer(bool inside) { pointer_inside_ = inside; }
+
+    /// Takes that the user has clicked something: the owl's poses are disturbed for some time.
+    void Disturb() { calm_ = 0; }
+
+    /// Follows one frame.
+    void Follow(const FrameRecord& record);
+
+    /// Checks what only the whole run tells.
+    void Conclude();
+
+    const Figures& Seen() const { return seen_; }
+
+    /// Returns what was wrong, one line each; the first of them only.
+    const std::vector<std::string>& Complaints() const { return complaints_; }
+
+  private:
+    void FollowOffers(float dt, std::uint32_t marks);
+    void FollowNotices(float dt, std::uint32_t marks);
+    void FollowPoses(float dt, std::uint32_t marks);
+    void FollowWaking(float dt, std::uint32_t marks);
+    void EndPose(std::uint32_t pose, std::uint32_t next);
+    void Complain(const std::string& text);
+    void Expect(bool holds, const std::string& text, double number);
+
+    double step_;
+    std::vector<desktop::Record> events_;
+    std::tm wall_ = {};
+    bool pointer_inside_ = false;
+    Figures seen_;
+    std::vector<std::string> complaints_;
+    std::int64_t last_clock_ = -1;
+    std::uint32_t last_ = 0;       ///< the marks of the frame before
+    std::uint32_t last_pose_ = 0;  ///< in the owl's last frame, also before another screen
+
+    double no_offer_ = 0;            ///< owl's seconds since the last offer
+    double offer_ = 0;               ///< seconds that the offer has stood
+    float sound_ = 999;              ///< seconds since the notice's last sound
+    double calm_ = 0;                ///< undisturbed owl's seconds so far
+    double pose_ = 0;                ///< seconds in the pose
+    bool pose_timed_ = false;        ///< its beginning was seen undisturbed
+    bool after_sleep_ = false;       ///< the pose followed a sleep
+    bool sleep_unfinished_ = false;  ///< a sleep may have been cut short before its waking
+    double waking_ = 0;              ///< seconds asleep with the pointer over the window
+};
+
+}  // namespace longrun

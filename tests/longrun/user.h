@@ -1,0 +1,75 @@
+// The user of a long run: away for minutes, then back at the desk for a minute or two of looking around and
+// clicking, wherever chance says.
+#pragma once
+
+#include <random>
+
+#include "tests/desktop/desktop.h"
+#include "tests/longrun/judge.h"
+
+namespace longrun {
+
+/// The frames that the program has drawn since the last look, shown to a judge.
+class Follower {
+  public:
+    Follower(desktop::Program& program, Judge& judge, std::string witness_file)
+        : program_(program), judge_(judge), file_(std::move(witness_file)) {}
+
+    /// Follows the frames so far, then reads the store.
+    void CatchUp();
+
+    /// Returns the marks of the last whole frame.
+    std::uint32_t Marks() const { return marks_; }
+
+    /// Returns the number of events in the store.
+    std::size_t Events() const { return events_; }
+
+    /// Returns how often the store was found changed.
+    int Saves() const { return saves_; }
+
+  private:
+    desktop::Program& program_;
+    Judge& judge_;
+    std::string file_;
+    long read_ = 0;
+    std::uint32_t marks_ = 0;
+    std::string store_;
+    std::size_t events_ = 0;
+    int saves_ = 0;
+};
+
+class User {
+  public:
+    User(desktop::Desktop& desk, desktop::Program& program, Judge& judge, Follower& follower,
+         unsigned int seed)
+        : desk_(desk), program_(program), judge_(judge), follower_(follower), dice_(seed) {}
+
+    /// Lets the user do as it likes for a moment; then some time must pass. Returns how much, seconds.
+    double Act();
+
+    /// Sends the user back to the owl's screen and away from the window, with nothing due and no sound left.
+    void Settle();
+
+    long Clicks() const { return clicks_; }
+
+  private:
+    double Chance(double from, double to) { return std::uniform_real_distribution(from, to)(dice_); }
+    void Wander();
+    void Leave();
+    void Click(desktop::CanvasPoint point);
+    void ClickSomething();
+    void GoHome();
+    void Acknowledge();
+    void Tidy();
+
+    desktop::Desktop& desk_;
+    desktop::Program& program_;
+    Judge& judge_;
+    Follower& follower_;
+    std::mt19937 dice_;
+    double present_ = 0;  ///< seconds that the user stays, 0 while away
+    double away_ = 60;    ///< seconds that the user stays away
+    long clicks_ = 0;
+};
+
+}  // namespace longrun

@@ -1,0 +1,142 @@
+// The library that the long run loads into the program; witness.h says what for.
+#include "tests/longrun/witness.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+using longrun::FrameRecord;
+
+namespace {
+
+struct Sign {
+    const char* file;
+    std::uint32_t mark;
+};
+
+/// What binding a file's texture, or opening a sound, says.
+constexpr Sign kPictures[] = {
+    {"background", longrun::kOwlScreen},
+    {"GUI_01", longrun::kListScreen},
+    {"GUI_02", longrun::kEventScreen},
+    {"GUI_03", longrun::kQuizScreen},
+    {"trash", longrun::kEditor},
+    {"stand_01", longrun::kStands},
+    {"stand_01_close_eyes", longrun::kStands},
+    {"stand_02", longrun::kPerches},
+    {"stand_02_close_eyes", longrun::kPerches},
+    {"sleep", longrun::kSleeps},
+    {"sleep_close_eyes", longrun::kSleeps},
+    {"hat", longrun::kHat},
+    {"cloud", longrun::kBubble},
+    {"notify", longrun::kBadge},
+    {"ic6", longrun::kOfferButton},
+    {"sleep.zfx", longrun::kLetters},
+};
+constexpr Sign kSounds[] = {
+    {"question.wav", longrun::kOfferSound}, {"notify.wav", longrun::kNoticeSound},
+    {"laugh.wav", longrun::kLaughSound},    {"right.wav", longrun::kQuizSound},
+    {"wrong_1.wav", longrun::kQuizSound},   {"wrong_2.wav", longrun::kQuizSound},
+    {"wrong_3.wav", longrun::kQuizSound},
+};
+
+constexpr std::size_t kMostTextures = 4096;
+
+struct State {
+    int out = -1;
+    const std::atomic<std::int64_t>* wall = nullptr;
+    FrameRecord frame;
+    std::uint32_t opened = 0;                            ///< what the picture opened last says
+    unsigned int bound = 0;                              ///< the texture bound now
+    std::array<std::uint32_t, kMostTextures> says = {};  ///< by texture name
+};
+
+State state;
+
+template <typename Function>
+Function Next(const char* name) {
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+template <std::size_t kCount>
+std::uint32_t Find(const Sign (&signs)[kCount], const char* file) {
+    for (const Sign& sign : signs) {
+        if (std::strcmp(sign.file, file) == 0) return sign.mark;
+    }
+    return 0;
+}
+
+__attribute__((constructor)) void OpenFiles() {
+    const char* path = std::getenv(longrun::kWitnessVariable);
+    if (path != nullptr) state.out = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+    const char* wall_path = std::getenv(longrun::kWallVariable);
+    const int wall = wall_path == nullptr ? -1 : open(wall_path, O_RDONLY | O_CLOEXEC);
+    if (wall < 0) return;
+    const void* number = mmap(nullptr, sizeof *state.wall, PROT_READ, MAP_SHARED, wall, 0);
+    close(wall);
+    if (number != MAP_FAILED) state.wall = static_cast<const std::atomic<std::int64_t>*>(number);
+}
+
+}  // namespace
+
+extern "C" {
+
+void glXSwapBuffers(void* display, unsigned long drawable);
+void glBindTexture(unsigned int target, unsigned int texture);
+void glTexImage2D(unsigned int target, int level, int internal_format, int width, int height, int border,
+                  unsigned int format, unsigned int type, const void* pixels);
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+std::FILE* fopen(const char* path, const char* mode) {
+    static const auto next = Next<std::FILE* (*)(const char*, const char*)>("fopen");
+    if (gettid() == getpid()) {
+        state.opened = Find(kPictures, path);
+        state.frame.marks |= Find(kSounds, path);
+    }
+    return next(path, mode);
+}
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+std::time_t time(std::time_t* result) noexcept {
+    static const auto next = Next<std::time_t (*)(std::time_t*)>("time");
+    const std::time_t now = state.wall != nullptr ? state.wall->load() : next(nullptr);
+    if (result != nullptr) *result = now;
+    return now;
+}
+
+void glBindTexture(unsigned int target, unsigned int texture) {
+    static const auto next = Next<void (*)(unsigned int, unsigned int)>("glBindTexture");
+    state.bound = texture;
+    if (texture < kMostTextures) state.frame.marks |= state.says[texture];
+    next(target, texture);
+}
+
+void glTexImage2D(unsigned int target, int level, int internal_format, int width, int height, int border,
+                  unsigned int format, unsigned int type, const void* pixels) {
+    static const auto next =
+        Next<void (*)(unsigned int, int, int, int, int, int, unsigned int, unsigned int, const void*)>(
+            "glTexImage2D");
+    if (state.bound < kMostTextures) state.says[state.bound] = state.opened;
+    next(target, level, internal_format, width, height, border, format, type, pixels);
+}
+
+/// Ends the frame's record with the clock that its timers went by: the probe, which moves the clock, calls
+/// this before it does.
+void glXSwapBuffers(void* display, unsigned long drawable) {
+    static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
+    next(display, drawable);
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    state.frame.clock = std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+    if (write(state.out, &state.frame, sizeof state.frame) != sizeof state.frame) std::abort();
+    state.frame.marks = 0;
+}
+
+}  // extern "C"

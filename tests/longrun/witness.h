@@ -1,0 +1,51 @@
+// What the library inside the program (witness.cpp) tells the long run: a file with one record a frame.
+//
+// The witness sees which data files' textures the program binds and which sounds it opens. A picture that is
+// bound counts as shown: the program binds nothing that it does not draw at once.
+//
+// The witness is the program's clock on the wall too, a number in a file that both map. It is simpler than a
+// library that turns all clocks, which no sanitizer's allocator bears, and cheaper.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace longrun {
+
+/// The environment variable with the path of the file.
+constexpr char kWitnessVariable[] = "ULMARO_WITNESS";
+
+/// The environment variable with the path of the mapped file, which holds a std::atomic<std::int64_t>:
+/// seconds since 1970.
+constexpr char kWallVariable[] = "ULMARO_WITNESS_WALL";
+
+/// What a frame did; a bit each.
+enum Mark : std::uint32_t {
+    kOwlScreen = 1U << 0,
+    kListScreen = 1U << 1,
+    kEventScreen = 1U << 2,  ///< the editor or the view of an event
+    kEditor = 1U << 3,       ///< of the two the editor: only it has a bin
+    kQuizScreen = 1U << 4,
+    kStands = 1U << 5,
+    kPerches = 1U << 6,
+    kSleeps = 1U << 7,  ///< from falling asleep to waking
+    kHat = 1U << 8,
+    kBubble = 1U << 9,
+    kBadge = 1U << 10,
+    kOfferButton = 1U << 11,
+    kOfferSound = 1U << 12,
+    kNoticeSound = 1U << 13,
+    kLaughSound = 1U << 14,
+    kQuizSound = 1U << 15,
+    kLetters = 1U << 16,  ///< the z's of a sleeping owl
+};
+
+struct FrameRecord {
+    std::int64_t clock = 0;   ///< the program's clock, ns; less the record before's: the step of its timers
+    std::uint32_t marks = 0;  ///< of Mark
+    std::uint32_t unused = 0;
+};
+
+static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the clock is shared by two processes");
+
+}  // namespace longrun
