@@ -134,10 +134,6 @@ struct Stage {
         start.preload.emplace_back(ULMARO_WITNESS_LIBRARY);
         start.environment["PATH"] = folder.Path() + ":" + std::getenv("PATH");
         start.environment["LP_NUM_THREADS"] = "0";  // a window this small is drawn sooner without threads
-        // What the program gives back goes back to the system at once. Else the allocator keeps a room as
-        // large as the longest sounds so far, which comes and goes by chance and hides what grows.
-        start.environment["MALLOC_TRIM_THRESHOLD_"] = "0";
-        start.environment["MALLOC_MMAP_THRESHOLD_"] = "131072";
         start.environment[kWitnessVariable] = folder.Path("frames");
         start.environment[kWallVariable] = wall.Path();
         start.environment["TZ"] = "UTC0";
@@ -208,6 +204,7 @@ int Perform(const Run& run) {
     double now = 0;
     for (int hour = 1; now < run.hours * 3600; ++hour) {
         PassHour(now, run.hours * 3600, stage, program, judge, user, follower);
+        if (hour == 1) user.TryEverything();  // what only the first use costs is no growth
         user.Settle();
         const long memory = ResidentMemory(program.Child().Id());
         if (hour == 1) first_hour = memory;

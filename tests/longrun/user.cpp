@@ -118,6 +118,22 @@ void User::Settle() {
     Leave();
 }
 
+void User::TryEverything() {
+    GoHome();
+    Acknowledge();
+    Click(desktop::kMenuPlan);
+    Click(desktop::kAdd);
+    for (const CanvasPoint tab : desktop::kKindTabs) Click(tab);
+    Click(desktop::kCorner);
+    for (int questions = 0; questions < 20; ++questions) {
+        GoHome();
+        Click(desktop::kMenuAsk);
+        Click(desktop::kBell);
+        Click(desktop::kAnswers[static_cast<std::size_t>(questions % 4)]);
+    }
+    GoHome();
+}
+
 void User::Wander() {
     judge_.SetPointer(true);
     program_.MovePointer({Chance(kMargin, 512 - kMargin), Chance(kMargin, 512 - kMargin)});
@@ -145,6 +161,11 @@ void User::Click(CanvasPoint point) {
 /// Clicks any of the places above, or anywhere. Offers and questions tempt the user more than all else.
 void User::ClickSomething() {
     const bool tempted = Chance(0, 1) < 0.5;
+    if (Chance(0, 1) < 0.05 && (follower_.Marks() & kOwlScreen) != 0) {
+        Click(desktop::kMenuAsk);
+        Click(desktop::kBell);
+        return;
+    }
     if (tempted && (follower_.Marks() & kOfferButton) != 0) {
         Click(desktop::kBell);
         return;

@@ -47,6 +47,9 @@ class User {
     /// Lets the user do as it likes for a moment; then some time must pass. Returns how much, seconds.
     double Act();
 
+    /// Lets the user open every screen and answer some questions, until the owl has most likely laughed.
+    void TryEverything();
+
     /// Sends the user back to the owl's screen and away from the window, with nothing due and no sound left.
     void Settle();
 
