@@ -107,8 +107,8 @@ const char* ReadRawImage(const char* path, RawImage& image) {
     return reason;
 }
 
-/// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory is
-/// used again for every picture: the system would take longer to give it anew than the file to be read.
+/// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory
+/// serves the next picture too.
 void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& image) {
     GLuint texture = 0;
     glGenTextures(1, &texture);
