@@ -5,6 +5,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <linux/close_range.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <cctype>
@@ -78,6 +79,19 @@ std::uint64_t MonotonicNanoseconds() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
+/// Stands in for the C library's. GLUT asks for the time of day to tell when a timer is due, and when the
+/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What it asks for its
+/// timers must never go back; which time it is makes no difference, and nothing else in this program asks
+/// here.
+// The parameters have other names than the C library's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+extern "C" int gettimeofday(timeval* now, void* /*zone*/) noexcept {
+    const std::uint64_t microseconds = MonotonicNanoseconds() / 1'000;
+    *now = {static_cast<std::time_t>(microseconds / 1'000'000),
+            static_cast<suseconds_t>(microseconds % 1'000'000)};
+    return 0;
 }
 
 void OpenWebAddress(const char* address) {

@@ -42,11 +42,12 @@ std::vector<Record> ReadStore(const std::string& bytes);
 // ---- The clock on the wall
 // ----------------------------------------------------------------------------------
 
-/// The date and time that the program reads: it stands still until it is set. The program's own clock, which
-/// its movements go by, is another one (see Clock).
+/// The date and time that the program reads. The program's own clock, which its movements go by, is another
+/// one (see Clock).
 class WallClock {
   public:
-    /// Takes a local time such as "2031-03-12 08:17:00".
+    /// Takes a local time such as "2031-03-12 08:17:00", where it stands still until it is set, or how far it
+    /// is from the real one, such as "-2h".
     explicit WallClock(const std::string& time) { Set(time); }
 
     /// Puts the clock on another time; the program's next frame sees it.

@@ -1,4 +1,6 @@
 // The hidden owl: minimised or covered it goes on living, cheaply. And what a frame costs the X server.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -7,6 +9,7 @@
 #include <ostream>
 #include <string>
 
+#include "tests/desktop/calendar.h"
 #include "tests/desktop/fixture.h"
 #include "tests/desktop/scene.h"
 
@@ -84,6 +87,20 @@ TEST_P(TheHiddenOwl, DrawsTenFramesASecondAndCostsLittle) {
     EXPECT_LT(hidden.processor_share, 0.05);
     EXPECT_LT(back, 1.0) << "ten frames a second would need 1.5 s";
     EXPECT_GT(after, std::min(20.0, before / 3)) << "frames per second";
+}
+
+TEST_P(TheHiddenOwl, GoesOnWhenTheClockOnTheWallIsSetBack) {
+    const WallClock clock("-2h");
+    Start start;
+    clock.Rule(start);
+    Program& program = Run(start);
+    clock.Set("-0h");  // as if the program had run for two hours
+    Hide(program);
+    SleepSeconds(0.5);
+
+    clock.Set("-1h");
+
+    EXPECT_GE(Watch(program, 3).frames_per_second, 8);
 }
 
 /// Returns how far the owl's breath is from where its clock should have brought it, seconds, by two looks a
