@@ -82,9 +82,9 @@ std::uint64_t MonotonicNanoseconds() {
 }
 
 /// Stands in for the C library's. GLUT asks for the time of day to tell when a timer is due, and when the
-/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What it asks for its
-/// timers must never go back; which time it is makes no difference, and nothing else in this program asks
-/// here.
+/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What its timers go by
+/// must never go back. Which time it is makes no difference to them, nor to the few libraries that measure by
+/// it how long something took.
 // The parameters have other names than the C library's.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int gettimeofday(timeval* now, void* /*zone*/) noexcept {

@@ -2,7 +2,6 @@
 // callbacks.
 #include <AL/alc.h>
 #include <GL/freeglut.h>
-#include <malloc.h>
 
 #include <cstdlib>
 #include <ctime>
@@ -13,20 +12,10 @@
 #include "app/typing.h"
 #include "app/window.h"
 #include "engine/Sound.h"
-
-namespace {
-
-/// Lets large buffers, such as those of sounds, go back to the system once they are freed. The allocator
-/// would keep them for good after a while, and the owl runs for weeks.
-void KeepMemorySmall() {
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-    mallopt(M_TRIM_THRESHOLD, 512 * 1024);
-}
-
-}  // namespace
+#include "engine/memory.h"
 
 int main(int argc, char** argv) {
-    KeepMemorySmall();
+    ReturnFreedMemory();
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
     glutCreateWindow("Ulmaro Assistant");

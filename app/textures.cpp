@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/desktop.h"
+#include "engine/file.h"
 
 unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
 unsigned int owl[3];
@@ -100,11 +101,9 @@ const char* ReadRawImage(const char* path, RawImage& image) {
     struct stat status {};
     if (stat(path, &status) != 0) return "il file non c'e'";
     if (!S_ISREG(status.st_mode)) return "non e' un file";
-    std::FILE* file = std::fopen(path, "rb");
+    const File file(std::fopen(path, "rb"));
     if (file == nullptr) return "non si riesce ad aprirlo";
-    const char* reason = ReadPixels(file, static_cast<std::uint64_t>(status.st_size), image);
-    std::fclose(file);
-    return reason;
+    return ReadPixels(file.get(), static_cast<std::uint64_t>(status.st_size), image);
 }
 
 /// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory

@@ -65,7 +65,7 @@ Event::Event()
     date.year = now.tm_year + 1900;
     time.hour = now.tm_hour;
     time.minute = now.tm_min;
-    time.minute = 0;  // a fresh event always starts on the full hour
+    time.minute = 0;  // in two steps, which is meant: a fresh event starts on the full hour
 }
 
 const char* GetWdayStr(int wday) {

@@ -1,7 +1,6 @@
 #include "calendar/store.h"
 
 #include <fcntl.h>
-#include <malloc.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,6 +19,7 @@
 #include <vector>
 
 #include "calendar/events.h"
+#include "engine/memory.h"
 
 namespace {
 
@@ -44,12 +44,12 @@ constexpr float kReminderAtStartSeconds = 10800.0F;
 bool damaged = false;
 
 /// An open file that closes itself.
-class File {
+class OpenFile {
   public:
-    explicit File(int descriptor) : descriptor_(descriptor) {}
-    ~File() { Close(); }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
+    explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+    ~OpenFile() { Close(); }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
 
     bool IsOpen() const { return descriptor_ >= 0; }
     int Descriptor() const { return descriptor_; }
@@ -67,7 +67,7 @@ class File {
 // ---- Reading ----
 
 /// Reads until the buffer is full, the file ends or an error comes; returns how many bytes were read.
-std::int64_t ReadFully(const File& file, void* buffer, std::int64_t bytes) {
+std::int64_t ReadFully(const OpenFile& file, void* buffer, std::int64_t bytes) {
     std::int64_t got = 0;
     while (got < bytes) {
         const ssize_t n =
@@ -80,7 +80,7 @@ std::int64_t ReadFully(const File& file, void* buffer, std::int64_t bytes) {
 }
 
 /// Returns the length of a regular file, or -1 for anything else.
-std::int64_t Length(const File& file) {
+std::int64_t Length(const OpenFile& file) {
     struct stat status {};
     if (fstat(file.Descriptor(), &status) != 0 || !S_ISREG(status.st_mode)) return -1;
     return status.st_size;
@@ -88,7 +88,7 @@ std::int64_t Length(const File& file) {
 
 /// Appends `count` events, the first of them read from the file as far as its `bytes` go. Returns whether all
 /// were.
-bool ReadRecords(const File& file, std::int64_t count, std::int64_t bytes) {
+bool ReadRecords(const OpenFile& file, std::int64_t count, std::int64_t bytes) {
     std::vector<Event> chunk(static_cast<std::size_t>(std::min(count, kChunkRecords)));
     while (count > 0 && bytes > 0) {
         const std::int64_t wanted = std::min(bytes, std::min(count, std::ssize(chunk)) * kRecordBytes);
@@ -116,9 +116,7 @@ void MakeRoom(std::int64_t count) {
     constexpr std::size_t kLargePage = std::size_t{2} << 20;
     const std::size_t bytes = static_cast<std::size_t>(count) * kNodeBytes;
     if (bytes < 2 * kLargePage) return;
-    // Once given back, the room is where the list's own memory comes from.
-    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    KeepFreedMemory();  // once given back, the room is where the list's own memory comes from
     void* room = std::malloc(bytes);
     void* start = room;
     std::size_t space = bytes;
@@ -129,7 +127,7 @@ void MakeRoom(std::int64_t count) {
 /// Reads the file into `events`. Returns whether it was whole; a file that is not there is.
 bool ReadStore() {
     // Not blocking, because the name may belong to a pipe that nobody writes to.
-    const File file(open(kFile, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const OpenFile file(open(kFile, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.IsOpen()) return errno == ENOENT;
     const std::int64_t length = Length(file);
     std::int32_t count = 0;
@@ -193,7 +191,7 @@ std::string FolderOf(const std::string& path) {
     return folder.empty() ? "." : folder;
 }
 
-bool WriteFully(const File& file, const std::vector<char>& bytes) {
+bool WriteFully(const OpenFile& file, const std::vector<char>& bytes) {
     std::size_t written = 0;
     while (written < bytes.size()) {
         const ssize_t n = write(file.Descriptor(), bytes.data() + written, bytes.size() - written);
@@ -205,7 +203,7 @@ bool WriteFully(const File& file, const std::vector<char>& bytes) {
 }
 
 /// Writes the store's contents: the count, then the records, some at a time.
-bool WriteEvents(const File& file) {
+bool WriteEvents(const OpenFile& file) {
     const auto count = static_cast<std::uint32_t>(events.size());
     const auto* count_bytes = reinterpret_cast<const char*>(&count);
     std::vector<char> bytes(count_bytes, count_bytes + kCountBytes);
@@ -221,7 +219,7 @@ bool WriteEvents(const File& file) {
 
 /// Gives the new file the permissions of the one that it replaces; without one it stays readable by its owner
 /// alone.
-bool KeepPermissions(const File& file, const std::string& replaced) {
+bool KeepPermissions(const OpenFile& file, const std::string& replaced) {
     struct stat old {};
     if (stat(replaced.c_str(), &old) != 0) return errno == ENOENT;
     // Another owner can only be kept by root, whose file it would become otherwise.
@@ -234,19 +232,19 @@ bool KeepPermissions(const File& file, const std::string& replaced) {
 /// Writes a new file beside the old one, down to the disk.
 bool WriteBeside(const std::string& beside, const std::string& replaced) {
     unlink(beside.c_str());  // what an earlier save may have left
-    File file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     return file.IsOpen() && WriteEvents(file) && KeepPermissions(file, replaced) &&
            fsync(file.Descriptor()) == 0 && file.Close();
 }
 
 /// Makes a replacement in the folder last.
 bool FlushFolder(const std::string& folder) {
-    File file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    OpenFile file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return file.IsOpen() && fsync(file.Descriptor()) == 0;
 }
 
 /// Copies a regular file to another. Returns whether all of it was read and written.
-bool CopyBytes(const File& from, const File& to) {
+bool CopyBytes(const OpenFile& from, const OpenFile& to) {
     std::int64_t left = Length(from);
     if (left < 0) return false;
     std::vector<char> bytes;
@@ -261,9 +259,9 @@ bool CopyBytes(const File& from, const File& to) {
 
 /// Copies a file under a name that no file has yet.
 bool CopyUnder(const std::string& path, const std::string& name) {
-    const File from(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const OpenFile from(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!from.IsOpen()) return false;
-    File to(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    OpenFile to(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!to.IsOpen()) return false;
     if (CopyBytes(from, to) && fsync(to.Descriptor()) == 0 && to.Close()) return true;
     const int error = errno;
@@ -327,6 +325,7 @@ void LoadEvents() {
     events.clear();
     edit_event = nullptr;
     damaged = !ReadStore();
+    ReturnFreedMemory();
     for (Event& event : events) {
         if (event.kind == kReminder) event.elapsed = kReminderAtStartSeconds;
     }

@@ -19,8 +19,13 @@ struct Sound {
     /// Sets where the source is and how it moves, in OpenAL's units and units a second.
     void SetProperties(float px, float py, float pz, float vx, float vy, float vz) const;
 
+    /// Plays from the start, or goes on after a pause.
     void Play() const;
+
+    /// Stops; the next start is from the beginning.
     void Stop() const;
+
+    /// Holds the sound where it is.
     void Pause() const;
 
     /// Deletes source and buffer and forgets their names: OpenAL may give them to another sound.
@@ -41,7 +46,8 @@ struct AudioEngine {
     /// Notes that OpenAL's context is current.
     void initialize();
 
-    /// Starts a sound in a slot, 0 .. 9, in place of what it held. Other slots are ignored.
+    /// Starts a sound in a slot, 0 .. 9, in place of what it held. Other slots are ignored. A file that
+    /// cannot be played ends the program (wav_file.h).
     void spawn_static(int slot, const char* file, bool loop);
 
     /// Stops a slot's sound, 0 .. 9. Other slots are ignored.

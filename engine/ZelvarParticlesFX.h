@@ -12,6 +12,7 @@
 class ZelvarParticlesFX {
   public:
     struct Vector3d {
+        /// Returns the Euclidean length.
         float length() const;
 
         /// Makes the length 1; a zero vector stays as it is.

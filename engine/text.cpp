@@ -60,6 +60,11 @@ void DrawGlyph(char c, float x, float y, float size) {
     glPopMatrix();
 }
 
+/// Writes a text as printf does, cut off where the buffer ends; empty where it cannot be written.
+void Format(char* text, std::size_t bytes, const char* format, va_list arguments) {
+    if (std::vsnprintf(text, bytes, format, arguments) < 0) text[0] = '\0';
+}
+
 }  // namespace
 
 int ConvertCharToGlASCII(char c) {
@@ -71,9 +76,8 @@ void glPrintText(float x, float y, float size, bool centered, const char* format
     char text[kLineBytes];
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    Format(text, sizeof text, format, arguments);
     va_end(arguments);
-    if (length < 0) text[0] = '\0';
 
     EnterTextCanvas();
     glTranslatef(size, size, 0);
@@ -90,9 +94,8 @@ void glPrintTextBox(float x, float y, float size, int width, const char* format,
     char text[kBoxBytes];
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    Format(text, sizeof text, format, arguments);
     va_end(arguments);
-    if (length < 0) text[0] = '\0';
 
     EnterTextCanvas();
     glTranslatef(size, size, 0);

@@ -35,11 +35,11 @@ install_text(man/it/ulmaro-assistant.1 share/man/it/man1/ulmaro-assistant.1 GZIP
 install_text(changelog share/doc/ulmaro-assistant/changelog.Debian GZIP)
 install_text(lintian-overrides share/lintian/overrides/ulmaro-assistant)
 
-# The guide's address is inside the program since it was compiled.
+# The guide's address is inside the program since it was compiled, unless that is a page of the web.
 set(guide file://${prefix}/share/doc/ulmaro-assistant/guida/index.html)
 file(STRINGS $ENV{DESTDIR}${prefix}/${program} strings REGEX "file://")
 string(REGEX MATCH "file://[^;]*" address "${strings}")
-if(NOT address STREQUAL guide)
+if(address AND NOT address STREQUAL guide)
   message(NOTICE "The menu's web-site item opens '${address}'.\n"
                  "For the guide as installed here, configure with -DULMARO_WEB_SITE=${guide} and build again.")
 endif()

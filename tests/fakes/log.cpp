@@ -110,6 +110,12 @@ std::vector<std::string> Lines(std::initializer_list<std::string_view> only) {
     return lines;
 }
 
+std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts) {
+    std::vector<std::string> all;
+    for (const std::vector<std::string>& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
 void ClearLog() {
     MutableLog().clear();
 }

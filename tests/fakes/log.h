@@ -89,6 +89,9 @@ std::vector<std::string> Names(std::initializer_list<std::string_view> only);
 std::vector<std::string> Lines();
 std::vector<std::string> Lines(std::initializer_list<std::string_view> only);
 
+/// Returns lists of lines one after another.
+std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts);
+
 /// Forgets the calls so far; the state of GL, GLUT, OpenAL and the world stays.
 void ClearLog();
 

@@ -1,46 +1,146 @@
 #!/usr/bin/env bash
-# Tests the launcher with a stand-in for the program, in a home folder of its own.
+# Tests the launcher with a stand-in for the program, in a home folder of its own, whose name has a blank.
 set -euo pipefail
-launcher=$1
+launcher=$(realpath "$1")
 
-home=$(mktemp -d)
+scratch=$(mktemp -d)
+home="$scratch/an owl's home"
 owl=
-trap '[ -z "$owl" ] || kill "$owl" 2>/dev/null; rm -rf "$home"' EXIT
+trap '[ -z "$owl" ] || kill "$owl" 2>/dev/null; rm -rf "$scratch"' EXIT
 unset XDG_DATA_HOME
 export HOME=$home
-export ULMARO_DATA=$home/installed ULMARO_PROGRAM=$home/program
+export ULMARO_DATA="$home/data files" ULMARO_PROGRAM="$home/the program"
 folder=$home/.local/share/ulmaro-assistant
-mkdir "$ULMARO_DATA"
+mkdir -p "$ULMARO_DATA"
 echo picture >"$ULMARO_DATA/hat"
-printf '#!/bin/sh\npwd >started\nexec sleep 60\n' >"$ULMARO_PROGRAM"
+cat >"$ULMARO_PROGRAM" <<'PROGRAM'
+#!/bin/sh
+{ pwd; printf '%s\n' "$@"; } >"$HOME/started"
+exec sleep 60
+PROGRAM
 chmod +x "$ULMARO_PROGRAM"
 
 fail() { echo "FAILED: $1" >&2; exit 1; }
-wait_for() { for _ in $(seq 100); do [ -e "$1" ] && return; sleep 0.05; done; fail "no $1"; }
+wait_for() { for _ in $(seq 100); do [ -s "$1" ] && return; sleep 0.05; done; fail "no $1"; }
+# start ARGUMENT...: starts the launcher and waits for the program.
+start() {
+  rm -f "$home/started"
+  "$launcher" "$@" 2>"$home/errors" &
+  owl=$!
+  wait_for "$home/started"
+}
+stop() { kill "$owl"; wait "$owl" 2>/dev/null || true; owl=; }
+# expect_refusal WHAT LINE: the launcher ends with status 1 and that line, and starts nothing.
+expect_refusal() {
+  rm -f "$home/started"
+  local status=0
+  "$launcher" 2>"$home/errors" || status=$?
+  [ "$status" = 1 ] || fail "$1: status $status"
+  [ "$(cat "$home/errors")" = "$2" ] || fail "$1: it says '$(cat "$home/errors")'"
+  [ ! -e "$home/started" ] || fail "$1: the program starts"
+}
 
-"$launcher" &
-owl=$!
-wait_for "$folder/started"
-[ "$(cat "$folder/started")" = "$folder" ] || fail 'the program does not start in the data folder'
+# The first start.
+start -display 'a b'
+[ "$(cat "$home/started")" = "$folder"$'\n-display\na b' ] || fail 'not the data folder or the arguments'
 [ "$(readlink "$folder/hat")" = "$ULMARO_DATA/hat" ] || fail 'the data files are not linked'
 [ "$(stat -c %a "$folder")" = 700 ] || fail 'the data folder is not private'
+[ "$(ls -A "$folder")" = hat ] || fail 'more than the data files is in the folder'
 
-rm "$folder/started"
-if "$launcher" 2>"$home/errors"; then fail 'a second copy starts'; fi
-[ "$(cat "$home/errors")" = "Ulmaro Assistant e' gia' in esecuzione." ] || fail 'the second copy does not say why it ends'
-[ ! -e "$folder/started" ] || fail 'the second copy starts the program'
+# A second copy over the same folder, which must not even touch the links.
+mkdir "$home/other data"
+echo other >"$home/other data/hat"
+ULMARO_DATA="$home/other data" expect_refusal 'a second copy' "Ulmaro Assistant e' gia' in esecuzione."
+[ "$(readlink "$folder/hat")" = "$ULMARO_DATA/hat" ] || fail 'a second copy changes the links'
 
+# The next start finds the events, and a folder that somebody has opened to all is private again.
+stop
 echo events >"$folder/database.bin"
-kill "$owl"
-wait "$owl" || true
-"$launcher" &
-owl=$!
-wait_for "$folder/started"
+chmod 755 "$folder"
+start
 [ "$(cat "$folder/database.bin")" = events ] || fail 'the events are lost'
+[ "$(stat -c %a "$folder")" = 700 ] || fail 'the data folder is not private again'
+stop
 
-kill "$owl"
-wait "$owl" || true
-XDG_DATA_HOME=$home/elsewhere "$launcher" &
-owl=$!
-wait_for "$home/elsewhere/ulmaro-assistant/started"
+# Somebody ran the program in the data files' folder itself: the user's own events stay theirs.
+echo "somebody's" >"$ULMARO_DATA/database.bin"
+start
+[ ! -L "$folder/database.bin" ] || fail 'a link takes the place of the events'
+[ "$(cat "$folder/database.bin")" = events ] || fail 'other events take the place of the events'
+stop
+rm "$folder/database.bin"
+start
+[ ! -e "$folder/database.bin" ] || fail "somebody's events become the user's"
+stop
+rm "$ULMARO_DATA/database.bin"
+
+# A picture of the user's own stays; a link of theirs to a disk that is not there too.
+rm "$folder/hat"
+echo mine >"$folder/hat"
+ln -s /not/there/database.bin "$folder/database.bin"
+start
+[ "$(cat "$folder/hat")" = mine ] || fail "the user's own picture is replaced"
+[ -L "$folder/database.bin" ] || fail "the user's own link is gone"
+stop
+rm "$folder/hat" "$folder/database.bin"
+
+# After an upgrade the links lead to the new files, and none to files that are gone.
+start
+stop
+mkdir "$ULMARO_DATA/folder"
+echo old >"$ULMARO_DATA/old"
+start
+stop
+rm "$ULMARO_DATA/old"
+start
+[ ! -L "$folder/old" ] || fail 'a link to a file that is gone stays'
+stop
+ULMARO_DATA="$home/other data"
+mkdir "$ULMARO_DATA/folder"
+start
+[ "$(cat "$folder/hat")" = other ] || fail 'the links still lead to the old files'
+[ "$(readlink "$folder/folder")" = "$ULMARO_DATA/folder" ] || fail 'a linked folder is not renewed'
+stop
+
+# On a disk that has become read-only the owl still starts. Only root can make one.
+if [ "$(id -u)" = 0 ] && mkdir "$home/disk" && mount -t tmpfs none "$home/disk" 2>/dev/null; then
+  trap '[ -z "$owl" ] || kill "$owl" || true; umount -l "$home/disk"; rm -rf "$scratch"' EXIT
+  XDG_DATA_HOME=$home/disk start
+  stop
+  mount -o remount,ro "$home/disk"
+  XDG_DATA_HOME=$home/disk start
+  stop
+else
+  echo 'Not tested: a read-only disk, which only root can make.'
+fi
+
+# Where the folder is.
+XDG_DATA_HOME=$home/elsewhere start
+[ "$(head -n 1 "$home/started")" = "$home/elsewhere/ulmaro-assistant" ] || fail 'XDG_DATA_HOME is not heard'
+stop
+XDG_DATA_HOME=relative start
+[ "$(head -n 1 "$home/started")" = "$folder" ] || fail 'a relative XDG_DATA_HOME is heard'
+stop
+cd "$home"
+ULMARO_DATA='other data' ULMARO_PROGRAM='the program' start
+cd - >/dev/null
+[ "$(readlink "$folder/hat")" = "$home/other data/hat" ] || fail 'relative folders make dangling links'
+stop
+
+mkdir "$home/empty"
+ULMARO_DATA=$home/empty XDG_DATA_HOME=$home/new start
+[ -z "$(ls "$home/new/ulmaro-assistant")" ] || fail 'something is linked where there is nothing'
+stop
+
+# What cannot be.
+HOME='' expect_refusal 'no home' \
+  "Ulmaro Assistant: non so dove tenere gli eventi, perche' HOME e' vuota."
+ULMARO_DATA=$home/none expect_refusal 'no data' 'Ulmaro Assistant: manca la cartella dei dati.'
+touch "$home/file"
+XDG_DATA_HOME=$home/file expect_refusal 'no folder' \
+  "Ulmaro Assistant: non posso creare la cartella \"$home/file/ulmaro-assistant\"."
+mkdir "$home/bin"
+printf '#!/bin/sh\nexit 71\n' >"$home/bin/flock"
+chmod +x "$home/bin/flock"
+PATH=$home/bin:$PATH expect_refusal 'no locks' "Ulmaro Assistant: non posso bloccare la cartella \"$folder\"."
 echo 'The launcher behaves.'

@@ -154,23 +154,18 @@ const std::vector<std::string> kLeaving = {
     "glDepthMask(GL_TRUE)", "glDisable(GL_BLEND)",        "glPopMatrix()", "glMatrixMode(GL_PROJECTION)",
     "glPopMatrix()",        "glMatrixMode(GL_MODELVIEW)", "glPopMatrix()"};
 
-std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts) {
-    std::vector<std::string> all;
-    for (const std::vector<std::string>& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 TEST_F(ButtonTest, IsDrawnInThisOrderWithoutHighlight) {
     Button(7, 100, 200, 30, 20).Display(false);
 
-    EXPECT_EQ(fakes::Lines(), Joined({kEntering, kDrawing, kLeaving}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({kEntering, kDrawing, kLeaving}));
 }
 
 TEST_F(ButtonTest, IsDrawnInThisOrderWithHighlight) {
     Button(7, 100, 200, 30, 20).Display(true);
 
-    EXPECT_EQ(fakes::Lines(),
-              Joined({kEntering, {"glColor4f(1, 1, 1, 1)"}, kDrawing, {"glColor4f(1, 1, 1, 1)"}, kLeaving}));
+    EXPECT_EQ(
+        fakes::Lines(),
+        fakes::Joined({kEntering, {"glColor4f(1, 1, 1, 1)"}, kDrawing, {"glColor4f(1, 1, 1, 1)"}, kLeaving}));
 }
 
 TEST_F(ButtonTest, IsDrawnInThisOrderWithHighlightUnderThePointer) {
@@ -178,9 +173,9 @@ TEST_F(ButtonTest, IsDrawnInThisOrderWithHighlightUnderThePointer) {
 
     Button(7, 100, 200, 30, 20).Display(true);
 
-    EXPECT_EQ(
-        fakes::Lines(),
-        Joined({kEntering, {"glColor4f(1, 1, 0.5, 1)"}, kDrawing, {"glColor4f(1, 1, 1, 1)"}, kLeaving}));
+    EXPECT_EQ(fakes::Lines(),
+              fakes::Joined(
+                  {kEntering, {"glColor4f(1, 1, 0.5, 1)"}, kDrawing, {"glColor4f(1, 1, 1, 1)"}, kLeaving}));
 }
 
 TEST_F(ButtonTest, ShowsItsWholeTextureUprightOnTwoTriangles) {

@@ -126,12 +126,6 @@ std::vector<std::string> CaptureInto(const std::string& texture) {
             "glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, 512, 512)"};
 }
 
-std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts) {
-    std::vector<std::string> whole;
-    for (const auto& part : parts) whole.insert(whole.end(), part.begin(), part.end());
-    return whole;
-}
-
 class MotionBlur : public fakes::Test {
   protected:
     void SetUp() override {
@@ -150,11 +144,11 @@ class MotionBlur : public fakes::Test {
 TEST_F(MotionBlur, CapturesClearsShowsAndPutsBackInOrder) {
     PerformMotionBlur(3, 640, 480);
 
-    EXPECT_EQ(fakes::Lines(), Joined({CaptureInto("1"),
-                                      kBeforeShowing,
-                                      {"glBindTexture(GL_TEXTURE_2D, 1)"},
-                                      kFullCanvas,
-                                      kAfterShowing}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({CaptureInto("1"),
+                                             kBeforeShowing,
+                                             {"glBindTexture(GL_TEXTURE_2D, 1)"},
+                                             kFullCanvas,
+                                             kAfterShowing}));
 }
 
 TEST_F(MotionBlur, KeepsTheFrameIn512By512Texels) {
@@ -233,7 +227,7 @@ TEST_F(MotionBlur, WithNoFramesDeletesWhatItHasJustCapturedAndShowsOnlyTheCleare
 
     EXPECT_EQ(
         fakes::Lines(),
-        Joined(
+        fakes::Joined(
             {CaptureInto("1"), {"glIsTexture(1)", "glDeleteTextures(1, 1)"}, kBeforeShowing, kAfterShowing}));
     EXPECT_TRUE(fakes::gl().textures.empty());
     EXPECT_TRUE(fakes::gl().primitives.empty());

@@ -176,18 +176,12 @@ Lines Ending() {
     return {"glDepthMask(GL_TRUE)", "glDisable(GL_BLEND)"};
 }
 
-Lines Joined(const std::vector<Lines>& parts) {
-    Lines all;
-    for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 /// Returns the calls that draw a particle.
 Lines Drawing(const std::string& place, const std::string& roll, const std::string& color) {
-    return Joined({{"glPushMatrix()", "glTranslatef(" + place + ")", "glRotatef(" + roll + ", 0, 0, 1)",
-                    "glColor4ub(" + color + ")"},
-                   Square(),
-                   {"glColor4ub(255, 255, 255, 255)", "glPopMatrix()"}});
+    return fakes::Joined({{"glPushMatrix()", "glTranslatef(" + place + ")",
+                           "glRotatef(" + roll + ", 0, 0, 1)", "glColor4ub(" + color + ")"},
+                          Square(),
+                          {"glColor4ub(255, 255, 255, 255)", "glPopMatrix()"}});
 }
 
 /// Returns the colours that the particles were drawn in, without the white between them.
@@ -526,7 +520,7 @@ TEST_F(ParticlesTest, AFrameBurstsMovesAndDrawsInThisOrder) {
 
     // Born at the place and 16 units for each of the offset; 24 + 4 units a second upwards.
     const Lines particle = Drawing("27, 66, 81", "30", "255, 255, 255, 242");
-    EXPECT_EQ(fakes::Lines(), Joined({Beginning(), particle, particle, Ending()}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({Beginning(), particle, particle, Ending()}));
     EXPECT_EQ(emitter.position[0], 10.0F);
     EXPECT_EQ(emitter.position[1], 20.0F);
     EXPECT_EQ(emitter.position[2], 30.0F);
@@ -593,7 +587,7 @@ TEST_F(ParticlesTest, AFrameWithoutParticlesSetsAndRestoresTheStateAllTheSame) {
 
     Frame(emitter, 0.5F);
 
-    EXPECT_EQ(fakes::Lines(), Joined({Beginning(), Ending()}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({Beginning(), Ending()}));
 }
 
 TEST_F(ParticlesTest, MoveOnFromFrameToFrame) {
@@ -839,7 +833,8 @@ TEST_F(ParticlesTest, WithoutLoopAndStepNeverBurst) {
     SetAll(emitter.spawn_time, 0);
 
     EXPECT_EQ(BurstsIn(emitter, 3, 0.25F), (std::vector<bool>{false, false, false}));
-    EXPECT_EQ(fakes::Lines(), Joined({Beginning(), Ending(), Beginning(), Ending(), Beginning(), Ending()}));
+    EXPECT_EQ(fakes::Lines(),
+              fakes::Joined({Beginning(), Ending(), Beginning(), Ending(), Beginning(), Ending()}));
     EXPECT_TRUE(emitter.first_spawn);
 }
 

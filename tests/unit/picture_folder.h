@@ -7,13 +7,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "app/textures.h"
+#include "tests/unit/temporary_folder.h"
 
 /// A picture file and the global that receives its texture.
 struct Picture {
@@ -63,27 +62,18 @@ inline const std::vector<Picture>& Pictures() {
     return pictures;
 }
 
-/// A temporary folder that is the current directory from its making to its end; afterwards it is gone.
-class PictureFolder {
+/// A temporary folder, the current directory meanwhile, with a whole set of pictures.
+class PictureFolder : public TemporaryFolder {
   public:
-    /// What a whole set of pictures is made of: the width of the nth file (from 0) is n + 1, and every byte
-    /// of it is n + 1. The height is the same for all, so that two folders can be told apart.
-    explicit PictureFolder(std::uint32_t height = 2) : came_from_(std::filesystem::current_path()) {
-        std::string pattern = std::filesystem::temp_directory_path() / "pictures-XXXXXX";
-        path_ = mkdtemp(pattern.data());
-        std::filesystem::current_path(path_);
+    /// The width of the nth file (from 0) is n + 1, and every byte of it is n + 1. The height is the same for
+    /// all, so that two folders can be told apart.
+    explicit PictureFolder(std::uint32_t height = 2) {
         std::uint32_t number = 1;
         for (const Picture& picture : Pictures()) {
             Write(picture.file, number, height,
                   std::vector<std::uint8_t>(std::size_t{number} * height * 4, Byte(number)));
             ++number;
         }
-    }
-    PictureFolder(const PictureFolder&) = delete;
-    PictureFolder& operator=(const PictureFolder&) = delete;
-    ~PictureFolder() {
-        std::filesystem::current_path(came_from_);
-        std::filesystem::remove_all(path_);
     }
 
     /// Writes a raw texture file whose header and bytes need not belong together.
@@ -105,7 +95,4 @@ class PictureFolder {
 
   private:
     static std::uint8_t Byte(std::uint32_t number) { return static_cast<std::uint8_t>(number & 0xFFU); }
-
-    std::filesystem::path came_from_;
-    std::filesystem::path path_;
 };

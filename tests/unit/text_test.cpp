@@ -52,12 +52,6 @@ std::vector<std::string> Leaving() {
         "glPopMatrix()",       "glMatrixMode(GL_MODELVIEW)", "glPopMatrix()"};
 }
 
-std::vector<std::string> Joined(const std::vector<std::vector<std::string>>& parts) {
-    std::vector<std::string> all;
-    for (const std::vector<std::string>& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 class TextTest : public fakes::Test {
   protected:
     void SetUp() override {
@@ -173,8 +167,8 @@ TEST_F(TextTest, AByteOf128OrAboveShowsTheBlank) {
 TEST_F(TextTest, ALineSetsUpDrawsGlyphByGlyphAndRestores) {
     glPrintText(100, 50, 8, false, "Hi!");
 
-    EXPECT_EQ(fakes::Lines(), Joined({Entering("8"), Drawing("100", "50"), Drawing("108.2", "50"),
-                                      Drawing("116.399994", "50"), Leaving()}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({Entering("8"), Drawing("100", "50"), Drawing("108.2", "50"),
+                                             Drawing("116.399994", "50"), Leaving()}));
 }
 
 TEST_F(TextTest, ALineReadsAsItWasWritten) {
@@ -304,7 +298,7 @@ TEST_F(TextTest, ACentredLineMakesTheSameCallsAsAnother) {
     glPrintText(100, 50, 8, true, "Hi");
 
     EXPECT_EQ(fakes::Lines(),
-              Joined({Entering("8"), Drawing("91.8", "50"), Drawing("100", "50"), Leaving()}));
+              fakes::Joined({Entering("8"), Drawing("91.8", "50"), Drawing("100", "50"), Leaving()}));
 }
 
 // ---- What a text leaves, and texts of nothing ----
@@ -339,7 +333,7 @@ TEST_P(EveryPrinter, DoesNothingAtAllWithoutAFormat) {
 TEST_P(EveryPrinter, SetsUpAndRestoresAllStateForAnEmptyFormatAndDrawsNothing) {
     GetParam().print("");
 
-    EXPECT_EQ(fakes::Lines(), Joined({Entering("8"), Leaving()}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({Entering("8"), Leaving()}));
     EXPECT_TRUE(fakes::gl().primitives.empty());
 }
 
@@ -426,8 +420,8 @@ TEST_F(TextBoxTest, EveryLineStartsBelowTheFirst) {
 TEST_F(TextBoxTest, MakesOneTextOfAllItsLines) {
     glPrintTextBox(100, 50, 8, 1, "abc");
 
-    EXPECT_EQ(fakes::Lines(), Joined({Entering("8"), Drawing("100", "50"), Drawing("108.2", "50"),
-                                      Drawing("100", "33.6"), Leaving()}));
+    EXPECT_EQ(fakes::Lines(), fakes::Joined({Entering("8"), Drawing("100", "50"), Drawing("108.2", "50"),
+                                             Drawing("100", "33.6"), Leaving()}));
 }
 
 TEST_F(TextBoxTest, ThatIsWideEnoughIsALine) {

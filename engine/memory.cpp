@@ -1,0 +1,24 @@
+#include "engine/memory.h"
+
+#include <malloc.h>
+
+#include <limits>
+
+namespace {
+
+/// Sets from which size on a buffer is the system's own, and how much free memory may lie at the heap's end.
+/// Naming them stops the allocator from adapting them. Bytes.
+void SetThresholds(int own_mapping, int free_at_end) {
+    mallopt(M_MMAP_THRESHOLD, own_mapping);
+    mallopt(M_TRIM_THRESHOLD, free_at_end);
+}
+
+}  // namespace
+
+void ReturnFreedMemory() {
+    SetThresholds(128 * 1024, 512 * 1024);
+}
+
+void KeepFreedMemory() {
+    SetThresholds(std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
+}
