@@ -1,12 +1,14 @@
 #include "calendar/store.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +17,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -36,6 +39,11 @@ constexpr std::int64_t kChunkRecords = 256;
 /// So many records may be missing from the file before its count is no longer believed.
 constexpr std::int64_t kMostFreshRecords = 1000;
 
+/// A save waits so long before it looks again whether another program's is done, and looks at most so often:
+/// about a second in all.
+constexpr std::chrono::milliseconds kPause(1);
+constexpr int kMostLooks = 1000;
+
 /// A loaded reminder has waited this long, the longest period, so that every reminder is due at start.
 constexpr float kReminderAtStartSeconds = 10800.0F;
 
@@ -46,13 +54,19 @@ bool damaged = false;
 /// An open file that closes itself.
 class OpenFile {
   public:
-    explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+    explicit OpenFile(int descriptor = -1) : descriptor_(descriptor) {}
     ~OpenFile() { Close(); }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
     bool IsOpen() const { return descriptor_ >= 0; }
     int Descriptor() const { return descriptor_; }
+
+    /// Takes another file instead.
+    void Take(int descriptor) {
+        Close();
+        descriptor_ = descriptor;
+    }
 
     /// Returns whether the file was closed without an error that had been waiting.
     bool Close() {
@@ -160,6 +174,8 @@ std::string Reason(int error) {
         case EISDIR:
         case ENOTDIR:
             return "al suo posto c'e' una cartella";
+        case EWOULDBLOCK:  // from BeginNew() and PutInPlace()
+            return "un altro programma li sta salvando";
         default:
             return "errore di sistema numero " + std::to_string(error);
     }
@@ -217,8 +233,8 @@ bool WriteEvents(const OpenFile& file) {
     return WriteFully(file, bytes);
 }
 
-/// Gives the new file the permissions of the one that it replaces; without one it stays readable by its owner
-/// alone.
+/// Gives the new file the permissions of the one that it replaces, which its owner may at least read, or the
+/// next start would find no events; without one it stays readable by its owner alone.
 bool KeepPermissions(const OpenFile& file, const std::string& replaced) {
     struct stat old {};
     if (stat(replaced.c_str(), &old) != 0) return errno == ENOENT;
@@ -226,15 +242,84 @@ bool KeepPermissions(const OpenFile& file, const std::string& replaced) {
     if (old.st_uid != geteuid() || old.st_gid != getegid()) {
         if (fchown(file.Descriptor(), old.st_uid, old.st_gid) != 0 && geteuid() == 0) return false;
     }
-    return fchmod(file.Descriptor(), old.st_mode & 07777U) == 0;
+    return fchmod(file.Descriptor(), (old.st_mode & 07777U) | S_IRUSR) == 0;
 }
 
-/// Writes a new file beside the old one, down to the disk.
-bool WriteBeside(const std::string& beside, const std::string& replaced) {
-    unlink(beside.c_str());  // what an earlier save may have left
-    OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    return file.IsOpen() && WriteEvents(file) && KeepPermissions(file, replaced) &&
-           fsync(file.Descriptor()) == 0 && file.Close();
+/// Locks a file for as long as it is open. Returns false where another program has locked it; where the file
+/// system knows no locks nobody has.
+bool Lock(const OpenFile& file) {
+    return flock(file.Descriptor(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+/// Returns whether a name leads to an open file. The name is looked at last, as it may be another's any time.
+bool LeadsTo(const std::string& name, const OpenFile& file) {
+    struct stat opened {};
+    struct stat named {};
+    return fstat(file.Descriptor(), &opened) == 0 && lstat(name.c_str(), &named) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+/// Makes the new file and locks it. Returns false with EEXIST where there is one already.
+bool MakeLocked(const std::string& beside, OpenFile& file) {
+    file.Take(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file.IsOpen()) return false;
+    if (Lock(file) && LeadsTo(beside, file)) return true;
+    file.Close();
+    errno = EEXIST;  // not locked yet, it was cleared away by another program as one that was left behind
+    return false;
+}
+
+/// Clears away a new file that a save has left behind. Returns false with EWOULDBLOCK where another program's
+/// save is at it, with EEXIST where it cannot be removed.
+bool ClearAway(const std::string& beside) {
+    const OpenFile file(open(beside.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.IsOpen() && errno == ENOENT) return true;
+    if (file.IsOpen() && !(Lock(file) && LeadsTo(beside, file))) {
+        errno = EWOULDBLOCK;
+        return false;
+    }
+    if (unlink(beside.c_str()) == 0 || errno == ENOENT) return true;
+    errno = EEXIST;
+    return false;
+}
+
+/// Makes the new file, locked for as long as it is open, once no other program's save is at it.
+bool BeginNew(const std::string& beside, OpenFile& file) {
+    for (int looks = 0; looks < kMostLooks; ++looks) {
+        if (MakeLocked(beside, file)) return true;
+        if (errno != EEXIST) return false;
+        if (ClearAway(beside)) continue;
+        if (errno != EWOULDBLOCK) return false;
+        std::this_thread::sleep_for(kPause);
+    }
+    errno = EWOULDBLOCK;
+    return false;
+}
+
+/// Writes the new file, down to the disk.
+bool WriteNew(const OpenFile& file, const std::string& replaced) {
+    return WriteEvents(file) && KeepPermissions(file, replaced) && fsync(file.Descriptor()) == 0;
+}
+
+/// Puts the new file in the old one's place, if its name still leads to it: where there are no locks another
+/// program may have cleared it away and begun its own.
+bool PutInPlace(const OpenFile& file, const std::string& beside, const std::string& replaced) {
+    if (LeadsTo(beside, file)) return rename(beside.c_str(), replaced.c_str()) == 0;
+    errno = EWOULDBLOCK;
+    return false;
+}
+
+/// Replaces a file by one that is written beside it. Returns whether it did; else the old one stands. The new
+/// one is closed last, as that unlocks it; no error can wait for that, since it was flushed.
+bool Replace(const std::string& path) {
+    const std::string beside = path + ".new";
+    OpenFile file;
+    if (!BeginNew(beside, file)) return false;
+    if (WriteNew(file, path) && PutInPlace(file, beside, path)) return true;
+    const int error = errno;
+    if (LeadsTo(beside, file)) unlink(beside.c_str());
+    errno = error;
+    return false;
 }
 
 /// Makes a replacement in the folder last.
@@ -307,14 +392,9 @@ bool SetAside(const std::string& path) {
 int ReplaceStore() {
     std::string path;
     if (!FindDestination(path)) return errno;
-    const std::string beside = path + ".new";
     if (damaged && !SetAside(path)) return errno;
     damaged = false;
-    if (!WriteBeside(beside, path) || rename(beside.c_str(), path.c_str()) != 0) {
-        const int error = errno;
-        unlink(beside.c_str());
-        return error;
-    }
+    if (!Replace(path)) return errno;
     FlushFolder(FolderOf(path));
     return 0;
 }

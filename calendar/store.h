@@ -5,8 +5,10 @@
 // re-armed.
 //
 // A save is all or nothing: whatever happens to the machine, the file is the complete old one or the complete
-// new one. A file that could not be read as its count says is set aside as "database.bin.bak" (".bak.1" ...)
-// before the first save replaces it.
+// new one. It is written beside the old one as "database.bin.new", locked for as long as that takes, which
+// tells a save that another program is at from one that broke off; then it takes the old one's place. A file
+// that could not be read as its count says is set aside as "database.bin.bak" (".bak.1" ...) before the first
+// save replaces it.
 #pragma once
 
 /// Reads `events` from the file; a missing or unreadable file is an empty list. Every reminder starts out
@@ -18,7 +20,7 @@
 void LoadEvents();
 
 /// Writes `events` to the file. A save that fails leaves the old file whole and says why in one line on
-/// standard error.
+/// standard error. Where another program is saving, it waits for that save to end, at most about a second.
 void SaveEvents();
 
 /// Empties `events` and the file. Kept as part of the store: the program never calls it.

@@ -200,6 +200,75 @@ TEST(Disk, AReplacedFileKeepsItsPermissions) {
     EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0640U);
 }
 
+TEST(Disk, AReplacedFileIsReadableByItsOwnerWhateverItWas) {
+    Folder folder;
+    folder.Write("database.bin", FileBytes(3));
+    GiveToNobody(folder.Path());
+    GiveToNobody(folder.Path("database.bin"));
+    files::permissions(folder.Path("database.bin"), files::perms(0));
+    Worker::Start start;
+    start.before = BecomeNobody;
+
+    const End first = RunWorker(folder, "load events 40 save", start);
+    EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0400U);
+    const End second = RunWorker(folder, "load save", start);
+
+    EXPECT_EQ(first.error + second.error, "");
+    EXPECT_EQ(folder.Read("database.bin"), FileBytes(40)) << "the next start must find the events";
+    EXPECT_EQ(folder.Names(), (Names{"database.bin", "database.bin.bak"}));
+}
+
+TEST(Disk, AnUnreadableFileIsSetAside) {
+    Folder folder;
+    folder.Write("database.bin", FileBytes(3));
+    GiveToNobody(folder.Path());
+    GiveToNobody(folder.Path("database.bin"));
+    files::permissions(folder.Path("database.bin"), files::perms(0));
+    Worker::Start start;
+    start.before = BecomeNobody;
+
+    const End end = RunWorker(folder, "load events 40 save", start);
+
+    EXPECT_EQ(end.error, "");
+    EXPECT_EQ(folder.Read("database.bin"), FileBytes(40));
+    ASSERT_EQ(folder.Names(), (Names{"database.bin", "database.bin.bak"}));
+    files::permissions(folder.Path("database.bin.bak"), files::perms(0600));
+    EXPECT_EQ(folder.Read("database.bin.bak"), FileBytes(3));
+}
+
+TEST(Disk, AnUnreadableFileThatSomebodyElsesSaveLeftBesideIsClearedAway) {
+    Folder folder;
+    folder.Write("database.bin.new", FileBytes(3));
+    GiveToNobody(folder.Path());
+    files::permissions(folder.Path("database.bin.new"), files::perms(0));
+    Worker::Start start;
+    start.before = BecomeNobody;
+
+    const End end = RunWorker(folder, "load events 40 save", start);
+
+    EXPECT_EQ(end.error, "");
+    EXPECT_EQ(folder.Read("database.bin"), FileBytes(40));
+    EXPECT_EQ(folder.Names(), Names{"database.bin"});
+}
+
+TEST(Disk, AFileThatRootReplacesKeepsItsOwnerItsGroupAndItsPermissions) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can keep another owner";
+    Folder folder;
+    folder.Write("database.bin", FileBytes(3));
+    GiveToNobody(folder.Path("database.bin"));
+    files::permissions(folder.Path("database.bin"), files::perms(02640));
+
+    const End end = RunWorker(folder, "load events 40 save");
+
+    EXPECT_EQ(end.error, "");
+    struct stat status {};
+    ASSERT_EQ(stat(folder.Path("database.bin").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, kNobody);
+    EXPECT_EQ(status.st_gid, kNobody);
+    EXPECT_EQ(status.st_mode & 07777U, 02640U);
+    EXPECT_EQ(folder.Read("database.bin"), FileBytes(40));
+}
+
 // ---- Sizes ----
 
 TEST(Disk, AnEmptyListIsExactlyFourZeroBytes) {

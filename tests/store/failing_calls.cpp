@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,6 +21,8 @@ bool full = false;
 bool replaced = false;  ///< a rename has been done
 int calls = 0;
 const char* spoilt = "none";
+std::string made;      ///< what CallsMade() returns
+int locked_file = -1;  ///< of the other program, open
 
 /// Returns the function that would have been called without this library.
 template <typename Function>
@@ -32,11 +35,41 @@ std::string Variable(const char* name) {
     return value == nullptr ? "" : value;
 }
 
-/// Counts a call of that name; returns in which way it is spoilt, empty for no way.
-std::string SpoiltWay(const char* name) {
+/// Returns the inode number of an open file, or 0.
+ino_t InodeOf(int file) {
+    struct stat status {};
+    return Next<decltype(&fstat)>("fstat")(file, &status) == 0 ? status.st_ino : 0;
+}
+
+/// Returns the inode number of the file of that name, or 0.
+ino_t InodeOf(const char* path) {
+    struct stat status {};
+    return Next<decltype(&lstat)>("lstat")(path, &status) == 0 ? status.st_ino : 0;
+}
+
+/// Does what another program might do: puts half a file in the new file's place.
+void Steal(bool locked) {
+    constexpr char kNewFile[] = "database.bin.new";
+    constexpr char kHalf[] = "half";
+    Next<decltype(&unlink)>("unlink")(kNewFile);
+    const int file = Next<int (*)(const char*, int, ...)>("open")(kNewFile, O_WRONLY | O_CREAT, 0600);
+    const ssize_t written = Next<decltype(&write)>("write")(file, kHalf, sizeof kHalf - 1);
+    if (written < 0) std::abort();
+    if (locked && Next<decltype(&flock)>("flock")(file, LOCK_EX | LOCK_NB) == 0)
+        locked_file = file;
+    else
+        Next<decltype(&close)>("close")(file);
+}
+
+/// Counts a call of that name, about a file; returns in which way it is spoilt, empty for no way.
+template <typename File>
+std::string SpoiltWay(const char* name, const File& file) {
     if (!watching) return "";
     ++calls;
-    if (Variable("ULMARO_SPOIL_CALL") != std::to_string(calls)) return "";
+    made += std::string(name) + " " + std::to_string(InodeOf(file)) + "\n";
+    const std::string wanted = Variable("ULMARO_SPOIL_CALL");
+    const bool first_of_name = wanted == name && spoilt == std::string("none");
+    if (wanted != std::to_string(calls) && !first_of_name) return "";
     spoilt = replaced ? "late" : name;
     return Variable("ULMARO_SPOIL_WAY");
 }
@@ -53,12 +86,13 @@ void Die() {
     kill(getpid(), SIGKILL);
 }
 
-/// Does a call, or spoils it. `fails_done` is for calls that do their work even where they fail.
-template <typename Result, typename Call>
-Result Spoil(const char* name, const Call& call, bool fails_done = false) {
-    const std::string way = SpoiltWay(name);
+/// Does a call about a file, or spoils it. `fails_done` is for calls that do their work even where they fail.
+template <typename Result, typename File, typename Call>
+Result Spoil(const char* name, const File& file, const Call& call, bool fails_done = false) {
+    const std::string way = SpoiltWay(name, file);
     const int error = ErrorOf(way);
     if (way == "kill") Die();
+    if (way.starts_with("steal")) Steal(way == "steal-locked");
     if (error != 0 && !fails_done) {
         errno = error;
         return -1;
@@ -77,16 +111,23 @@ void WatchCalls() {
     replaced = false;
     calls = 0;
     spoilt = "none";
+    made.clear();
 }
 
 int ReleaseCalls() {
     watching = false;
     full = false;
+    if (locked_file >= 0) close(locked_file);
+    locked_file = -1;
     return calls;
 }
 
 const char* SpoiltCall() {
     return spoilt;
+}
+
+const char* CallsMade() {
+    return made.c_str();
 }
 
 // The parameters have other names than the C library's.
@@ -98,20 +139,21 @@ int open(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return Spoil<int>("open",
+    return Spoil<int>("open", path,
                       [&] { return Next<int (*)(const char*, int, ...)>("open")(path, flags, mode); });
 }
 
 ssize_t read(int file, void* buffer, size_t bytes) {
-    return Spoil<ssize_t>("read", [&] { return Next<decltype(&read)>("read")(file, buffer, bytes); });
+    return Spoil<ssize_t>("read", file, [&] { return Next<decltype(&read)>("read")(file, buffer, bytes); });
 }
 
 ssize_t write(int file, const void* buffer, size_t bytes) {
     static const auto next = Next<decltype(&write)>("write");
     if (file <= STDERR_FILENO) return next(file, buffer, bytes);
-    const std::string way = SpoiltWay("write");
+    const std::string way = SpoiltWay("write", file);
     const bool half = way == "short" || way == "full" || way == "kill-after";
     if (way == "kill") Die();
+    if (way.starts_with("steal")) Steal(way == "steal-locked");
     if (full || ErrorOf(way) != 0) {
         errno = full ? ENOSPC : ErrorOf(way);
         return -1;
@@ -124,54 +166,65 @@ ssize_t write(int file, const void* buffer, size_t bytes) {
 
 int close(int file) {
     return Spoil<int>(
-        "close", [&] { return Next<decltype(&close)>("close")(file); }, true);
+        "close", file, [&] { return Next<decltype(&close)>("close")(file); }, true);
 }
 
 int fsync(int file) {
-    return Spoil<int>("fsync", [&] { return Next<decltype(&fsync)>("fsync")(file); });
+    return Spoil<int>("fsync", file, [&] { return Next<decltype(&fsync)>("fsync")(file); });
+}
+
+int flock(int file, int operation) noexcept {
+    if (watching && !Variable("ULMARO_NO_LOCKS").empty()) {
+        SpoiltWay("no lock", file);
+        errno = ENOLCK;
+        return -1;
+    }
+    return Spoil<int>("flock", file, [&] { return Next<decltype(&flock)>("flock")(file, operation); });
 }
 
 int fstat(int file, struct stat* status) noexcept {
-    return Spoil<int>("fstat", [&] { return Next<decltype(&fstat)>("fstat")(file, status); });
+    return Spoil<int>("fstat", file, [&] { return Next<decltype(&fstat)>("fstat")(file, status); });
 }
 
 int stat(const char* path, struct stat* status) noexcept {
-    return Spoil<int>("stat", [&] { return Next<int (*)(const char*, struct stat*)>("stat")(path, status); });
+    return Spoil<int>("stat", path,
+                      [&] { return Next<int (*)(const char*, struct stat*)>("stat")(path, status); });
 }
 
 int lstat(const char* path, struct stat* status) noexcept {
-    return Spoil<int>("lstat", [&] { return Next<decltype(&lstat)>("lstat")(path, status); });
+    return Spoil<int>("lstat", path, [&] { return Next<decltype(&lstat)>("lstat")(path, status); });
 }
 
 int fchmod(int file, mode_t mode) noexcept {
-    return Spoil<int>("fchmod", [&] { return Next<decltype(&fchmod)>("fchmod")(file, mode); });
+    return Spoil<int>("fchmod", file, [&] { return Next<decltype(&fchmod)>("fchmod")(file, mode); });
 }
 
 int fchown(int file, uid_t owner, gid_t group) noexcept {
-    return Spoil<int>("fchown", [&] { return Next<decltype(&fchown)>("fchown")(file, owner, group); });
+    return Spoil<int>("fchown", file, [&] { return Next<decltype(&fchown)>("fchown")(file, owner, group); });
 }
 
 int rename(const char* from, const char* to) noexcept {
-    const int result = Spoil<int>("rename", [&] { return Next<decltype(&rename)>("rename")(from, to); });
+    const int result =
+        Spoil<int>("rename", from, [&] { return Next<decltype(&rename)>("rename")(from, to); });
     if (result == 0) replaced = true;
     return result;
 }
 
 int link(const char* from, const char* to) noexcept {
     if (watching && !Variable("ULMARO_NO_LINKS").empty()) {
-        ++calls;
+        SpoiltWay("no link", from);
         errno = EPERM;
         return -1;
     }
-    return Spoil<int>("link", [&] { return Next<decltype(&link)>("link")(from, to); });
+    return Spoil<int>("link", from, [&] { return Next<decltype(&link)>("link")(from, to); });
 }
 
 int unlink(const char* path) noexcept {
-    return Spoil<int>("unlink", [&] { return Next<decltype(&unlink)>("unlink")(path); });
+    return Spoil<int>("unlink", path, [&] { return Next<decltype(&unlink)>("unlink")(path); });
 }
 
 ssize_t readlink(const char* path, char* buffer, size_t bytes) noexcept {
-    return Spoil<ssize_t>("readlink",
+    return Spoil<ssize_t>("readlink", path,
                           [&] { return Next<decltype(&readlink)>("readlink")(path, buffer, bytes); });
 }
 

@@ -85,12 +85,26 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
         if (Before().damaged || call == "none" || call == "late" || Way() == "short") return false;
         if (Way() == "full") return call == "write";
         if (Way() == "eintr" && call == "write") return false;
-        return call != "unlink";
+        return call != "unlink" && !IsAboutOthers(call);
     }
 
-    /// Returns whether a save must get over what was spoilt: a write that stops short or is interrupted.
+    /// Returns whether a call only finds out about other programs that save. Without a damaged file no other
+    /// call of these names comes before the replacement.
+    static bool IsAboutOthers(const std::string& call) {
+        return call == "flock" || call == "fstat" || call == "lstat";
+    }
+
+    /// Returns whether a save must get over what was spoilt: a write that stops short or is interrupted, and
+    /// a lock, which some file systems do not know.
     bool MustWork(const std::string& call) const {
-        return Way() == "short" || (Way() == "eintr" && call == "write");
+        return Way() == "short" || call == "flock" || (Way() == "eintr" && call == "write");
+    }
+
+    /// Returns how many files that were set aside there are.
+    std::ptrdiff_t FilesSetAside() const {
+        const auto names = folder_.Names();
+        return std::count_if(names.begin(), names.end(),
+                             [](const auto& name) { return name.starts_with("database.bin.bak"); });
     }
 
     /// Returns the bytes of a file, or that there is none.
@@ -139,6 +153,9 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
         const End end = RunWorker(folder_, "load events 40 save");
         EXPECT_EQ(end.error, "");
         EXPECT_EQ(Bytes("database.bin"), FileBytes(40));
+        if (Before().damaged && Before().environment.empty()) {
+            EXPECT_EQ(FilesSetAside(), 1) << "one link is enough, whichever save has made it";
+        }
     }
 
     /// Checks what holds after any second save.

@@ -6,10 +6,12 @@
 //   save       SaveEvents
 //   watch      from here on the preloaded library (failing_calls.h) counts system calls and spoils one
 //   release    it stops; the number of calls and the name of the spoilt one go to standard output, as a line
+//   calls      the calls that it has counted go to standard output, each as a line
 //   copy NAME  the store is copied to the file NAME as it is now; where there is none, neither is a copy
 //   wait       a line goes to standard output, then one is awaited on standard input
 //   shuttle    loads, checks that the list is version 3 or 40 whole, makes it the other, saves, and so on for
 //              ever; a line goes to standard output before the first save
+//   repeat N   saves version N for ever; a line goes to standard output before the first save
 //
 // Exits with 3 where "shuttle" loads anything else.
 #include <unistd.h>
@@ -31,6 +33,7 @@
 __attribute__((weak)) void WatchCalls();
 __attribute__((weak)) int ReleaseCalls();
 __attribute__((weak)) const char* SpoiltCall();
+__attribute__((weak)) const char* CallsMade();
 
 namespace {
 
@@ -67,6 +70,12 @@ void Say(const std::string& line) {
     }
 }
 
+[[noreturn]] void Repeat(int version) {
+    SetEvents(version);
+    Say("repeating");
+    while (true) SaveEvents();
+}
+
 void Wait() {
     Say("waiting");
     char c = 0;
@@ -79,6 +88,10 @@ void Watch() {
 
 void Release() {
     if (ReleaseCalls != nullptr) Say(std::to_string(ReleaseCalls()) + " " + SpoiltCall());
+}
+
+void Calls() {
+    if (CallsMade != nullptr) Say(CallsMade());
 }
 
 void Copy(const std::string& name) {
@@ -98,12 +111,16 @@ bool Obey(const std::string& word, const std::string& argument) {
         Watch();
     else if (word == "release")
         Release();
+    else if (word == "calls")
+        Calls();
     else if (word == "copy")
         Copy(argument);
     else if (word == "wait")
         Wait();
     else if (word == "shuttle")
         Shuttle();
+    else if (word == "repeat")
+        Repeat(std::atoi(argument.c_str()));
     else
         return false;
     return true;
@@ -114,7 +131,7 @@ bool Obey(const std::string& word, const std::string& argument) {
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        const bool takes_argument = word == "events" || word == "copy";
+        const bool takes_argument = word == "events" || word == "copy" || word == "repeat";
         if (takes_argument && ++i == argc) return 2;
         if (!Obey(word, takes_argument ? argv[i] : "")) return 2;
     }

@@ -20,7 +20,8 @@ namespace files = std::filesystem;
 
 std::string FileBytes(int version) {
     std::string bytes(4, '\0');
-    bytes[0] = static_cast<char>(version);
+    for (int byte = 0; byte < 4; ++byte)
+        bytes[static_cast<std::size_t>(byte)] = static_cast<char>(version >> (8 * byte));
     for (int i = 0; i < version; ++i) bytes += RecordBytes(version, i);
     return bytes;
 }
@@ -54,7 +55,9 @@ void Folder::Write(const std::string& file, const std::string& bytes) const {
 std::optional<std::string> Folder::Read(const std::string& file) const {
     std::ifstream in(Path(file), std::ios::binary);
     if (!in) return {};
-    return std::string{std::istreambuf_iterator<char>(in), {}};
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
 }
 
 std::vector<std::string> Folder::Names() const {

@@ -2,6 +2,8 @@
 // permissions, saves that fail, emptying the store.
 #include "calendar/store.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +15,7 @@
 #include <filesystem>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/unit/calendar_fixture.h"
@@ -656,6 +659,27 @@ TEST_F(StoreTest, ALinkInTheNewFilesPlaceIsNotWrittenThrough) {
     EXPECT_FALSE(std::filesystem::is_symlink("database.bin"));
 }
 
+TEST_F(StoreTest, APipeInTheNewFilesPlaceIsClearedAwayAndDoesNotBlock) {
+    ASSERT_EQ(mkfifo("database.bin.new", 0600), 0);
+    AddAppointments(1);
+
+    EXPECT_EQ(Save(), "");
+
+    EXPECT_EQ(StoredNames(), (Names{"01"}));
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+}
+
+TEST_F(StoreTest, AReplacedFileIsAtLeastReadableByItsOwner) {
+    WriteFile("database.bin", std::string(4, '\0'));
+    for (const auto& [before, after] : {std::pair(0U, 0400U), std::pair(0244U, 0644U)}) {
+        ASSERT_EQ(chmod("database.bin", before), 0);
+
+        SaveEvents();
+
+        EXPECT_EQ(ModeOf("database.bin"), after);
+    }
+}
+
 // ---- Saves that fail ----
 
 /// Limits how long files may become, while it exists.
@@ -838,6 +862,34 @@ TEST_F(StoreTest, EverySaveThatFailsSaysItsOwnLine) {
 
     const std::string line = Complaint("al suo posto c'e' una cartella");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), line + line);
+}
+
+TEST_F(StoreTest, WithAFolderInTheNewFilesPlaceItSaysSoAtOnceAndLeavesBoth) {
+    Load(ThreeRecords());
+    std::filesystem::create_directory("database.bin.new");
+    events.clear();
+
+    EXPECT_EQ(Save(), Complaint("errore di sistema numero " + std::to_string(EEXIST)));
+
+    EXPECT_EQ(ReadFile("database.bin"), ThreeRecords());
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin", "database.bin.new"}));
+}
+
+TEST_F(StoreTest, ASaveThatAnotherProgramIsAtIsNotClearedAwayAndTheNextTriesAgain) {
+    Load(ThreeRecords());
+    AddAppointments(1);
+    WriteFile("database.bin.new", "half");
+    const int other = open("database.bin.new", O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+
+    EXPECT_EQ(Save(), Complaint("un altro programma li sta salvando"));
+
+    EXPECT_EQ(ReadFile("database.bin"), ThreeRecords());
+    EXPECT_EQ(ReadFile("database.bin.new"), "half");
+    close(other);
+    EXPECT_EQ(Save(), "");
+    EXPECT_EQ(StoredNames(), (Names{"uno", "due", "tre", "01"}));
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
 }
 
 // ---- Emptying the store ----
