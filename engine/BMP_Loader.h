@@ -17,8 +17,8 @@ class BMPClass {
     BMPClass& operator=(const BMPClass&) = delete;
 
     /// Makes room for width x height pixels, all black, in place of what was there. Throws std::bad_alloc for
-    /// a negative product of the two and where there is no memory; the image is empty then. The room takes
-    /// real memory only where it is written to.
+    /// a negative product of the two and where there is no memory; `bytes` is null then, and the sizes are
+    /// kept. The room takes real memory only where it is written to.
     void allocateMem();
 
     /// Returns a byte of a pixel: c is 0 red, 1 green, 2 blue. Nothing is checked.
@@ -29,9 +29,11 @@ class BMPClass {
     unsigned char* bytes = nullptr;  ///< width x height x 3, no padding; owned
 };
 
-/// Reads a bitmap file into `image`. Returns 0 or the code of what is wrong (TranslateBMPError); the image is
-/// of no use then. What the file is too short for stays black; no more than width x height pixels are
-/// written. An image of 16 colours is taken to be 256 x 256, which is meant. Throws as allocateMem() does.
+/// Reads a bitmap file into `image`. Returns 0 or the code of what is wrong (TranslateBMPError): where there
+/// is no file or it is no bitmap, the image stays as it was; after any other code it has the file's sizes and
+/// pixels of no use. What the file is too short for stays black; no more than width x height pixels are
+/// written. An image of 16 colours is taken to be 256 x 256, which is meant. Throws as allocateMem() does,
+/// with the file's sizes.
 char BMPLoad(std::string path, BMPClass& image);
 
 /// Reads a bitmap file and forgets it; returns the code alone.

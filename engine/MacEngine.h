@@ -9,7 +9,7 @@
 //   7. Time                a date and time as one number             (screen.cpp)
 //   8. Textures            from bitmap files                         (texture.cpp)
 //
-// Nothing here guards against odd numbers: NaN and infinity go in and out as IEEE 754 has it.
+// Nothing in sections 3 to 5 guards against odd numbers: NaN and infinity go in and out as IEEE 754 has it.
 #pragma once
 
 #include "engine/vector3f.h"
@@ -163,13 +163,17 @@ double ConvertDAM(int day, int month, int year, int hour, int minute);
 
 // ---- 8. Textures ----------------------------------------------------------------------------------
 //
-// Both make a new texture, write its name to `texture` and leave it bound. They return false, and make none,
-// where a bitmap cannot be loaded (BMP_Loader.h) or there is no memory for it.
+// Both make a new texture, write its name to `texture` and leave it bound. They return false, make none and
+// leave `texture` alone where a bitmap cannot be loaded (BMP_Loader.h) or there is no memory for it, and for
+// the sizes named below. Up to those a texture costs memory by the sizes that its file says, however short
+// the file.
 
 /// Makes an opaque texture with all its mipmaps, also where `mipmap_filter` does not ask for them to be used.
-/// Texels are not smoothed.
+/// Texels are not smoothed. Returns false for an image of more than 2^31 - 1 bytes, at 3 a pixel. An image of
+/// no pixels, or of two negative sizes, makes a texture without a picture.
 bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter);
 
 /// Makes a texture of the colours of one bitmap and the red of another as their alpha, pixel by pixel
-/// whatever the shapes; the second must have at least as many pixels. Smoothed, without mipmaps.
+/// whatever the shapes. Smoothed, without mipmaps. Returns false where the second has fewer pixels than the
+/// first, and where a size of the first is negative or more than GL takes.
 bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char* alpha_file);

@@ -59,12 +59,14 @@ class Records {
     bool failed_ = false;
 };
 
-/// Returns a file's bytes; none where it cannot be read.
+/// Returns a file's bytes; none where it cannot be read. What has no size is not even opened: a named pipe
+/// would wait for a writer.
 std::vector<char> ReadFile(const char* name) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(name, error);
+    if (error) return {};
     std::ifstream file(name, std::ios::binary);
-    if (error || !file) return {};
+    if (!file) return {};
     std::vector<char> bytes(size);
     file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (!file) return {};

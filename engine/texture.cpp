@@ -3,6 +3,8 @@
 #include <GL/gl.h>
 #include <GL/glu.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -17,11 +19,12 @@ std::int64_t Pixels(const BMPClass& image) {
     return std::int64_t{image.width} * image.height;
 }
 
-/// Returns whether GL would not take an image as it is; its bytes may be far more than its file had.
-bool IsTooLarge(const BMPClass& image) {
+/// Returns whether GL takes an image as it is. A file may say any sizes, so that its image has far more bytes
+/// than the file; two negative sizes make an image too, of their product.
+bool IsTaken(const BMPClass& image) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
-    return image.width > largest || image.height > largest;
+    return std::min(image.width, image.height) >= 0 && std::max(image.width, image.height) <= largest;
 }
 
 /// Makes a texture and leaves it bound.
@@ -59,7 +62,8 @@ std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha)
 
 bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) try {
     BMPClass image;
-    if (BMPLoad(file, image) != 0) return false;
+    // gluBuild2DMipmaps counts bytes in an int, and crashes where they do not fit.
+    if (BMPLoad(file, image) != 0 || Pixels(image) > INT_MAX / 3) return false;
     MakeTexture(texture, GL_NEAREST, mipmap_filter ? GL_LINEAR_MIPMAP_NEAREST : GL_NEAREST);
     BuildMipmaps(image);
     return true;
@@ -71,7 +75,7 @@ bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char*
     BMPClass color;
     BMPClass alpha;
     if (BMPLoad(color_file, color) != 0 || BMPLoad(alpha_file, alpha) != 0) return false;
-    if (Pixels(alpha) < Pixels(color) || IsTooLarge(color)) return false;
+    if (Pixels(alpha) < Pixels(color) || !IsTaken(color)) return false;
     const std::vector<unsigned char> texels = Combine(color, alpha);
     MakeTexture(texture, GL_LINEAR, GL_LINEAR);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, color.width, color.height, 0, GL_RGBA, GL_UNSIGNED_BYTE,

@@ -21,6 +21,8 @@
 
 namespace {
 
+constexpr GLint kLargest = 64;  ///< longest edge of a texture that this GL takes
+
 int textures_made = 0;
 int uploads = 0;
 GLint alignment = 4;  ///< of rows in memory, bytes; as GL has it at first
@@ -53,7 +55,7 @@ void glBindTexture(GLenum /*target*/, GLuint texture) {
 void glTexParameteri(GLenum /*target*/, GLenum /*name*/, GLint /*value*/) {}
 void glGetIntegerv(GLenum what, GLint* number) {
     if (what == GL_UNPACK_ALIGNMENT) *number = alignment;
-    if (what == GL_MAX_TEXTURE_SIZE) *number = INT_MAX;
+    if (what == GL_MAX_TEXTURE_SIZE) *number = kLargest;
 }
 void glPixelStorei(GLenum name, GLint value) {
     if (name == GL_UNPACK_ALIGNMENT) alignment = value;
@@ -61,6 +63,7 @@ void glPixelStorei(GLenum name, GLint value) {
 void glTexImage2D(GLenum /*target*/, GLint /*level*/, GLint /*internal_format*/, GLsizei width,
                   GLsizei height, GLint /*border*/, GLenum format, GLenum /*type*/, const void* texels) {
     fuzz::Check(format == GL_RGBA, "texels have alpha");
+    fuzz::Check(0 <= width && width <= kLargest && 0 <= height && height <= kLargest, "GL takes the sizes");
     Read(texels, width, height, 4);
 }
 GLint gluBuild2DMipmaps(GLenum /*target*/, GLint /*internal_format*/, GLsizei width, GLsizei height,
@@ -77,6 +80,8 @@ namespace {
 using fuzz::Check;
 
 constexpr char kFile[] = "fuzz.bmp";
+constexpr char kAlphaFile[] = "alpha.bmp";  ///< always the same few pixels
+constexpr int kAlphaPixels = 3;
 
 // ---- What it has to give ----
 
@@ -174,7 +179,12 @@ bool LoadAndCompare(const File& file, bool has_memory) {
     return code == 0;
 }
 
-void MakeTextures(bool is_image) {
+/// Returns whether GL takes a texture of the file's sizes without scaling it.
+bool IsTaken(const File& file) {
+    return 0 <= file.Width() && file.Width() <= kLargest && 0 <= file.Height() && file.Height() <= kLargest;
+}
+
+void MakeTextures(const File& file, bool is_image) {
     textures_made = uploads = 0;
     alignment = 4;
     unsigned int name = 0;
@@ -183,8 +193,12 @@ void MakeTextures(bool is_image) {
         Check(LoadTexture(&name, kFile, mipmaps) == is_image, "a texture is made of an image only");
         if (is_image) Check(name == static_cast<unsigned>(++expected), "the name is the new texture's");
     }
-    Check(LoadTextureAlpha(&name, kFile, kFile) == is_image, "an image is large enough for its own alpha");
-    if (is_image) ++expected;
+    const bool is_taken = is_image && IsTaken(file);
+    Check(LoadTextureAlpha(&name, kFile, kFile) == is_taken, "an image is large enough for its own alpha");
+    if (is_taken) ++expected;
+    const bool has_alpha = is_taken && file.Pixels() <= kAlphaPixels;
+    Check(LoadTextureAlpha(&name, kFile, kAlphaFile) == has_alpha, "no pixel lacks its alpha");
+    if (has_alpha) ++expected;
     Check(textures_made == expected && uploads == expected, "every texture is filled, and no more are made");
     Check(alignment == 4, "the alignment of rows is left as it was");
 }
@@ -223,6 +237,8 @@ std::vector<std::string> fuzz::Seeds() {
         seeds.push_back(Bitmap(3, 5, bits, 100, INT_MAX));
         seeds.push_back(Bitmap(260, 3, bits, 100));
         seeds.push_back(Bitmap(3, 260, bits, 100));
+        seeds.push_back(Bitmap(64, 62, bits, 100));
+        seeds.push_back(Bitmap(3, 1, bits, 9));
         seeds.push_back(Bitmap(-3, 5, bits, 100));
         seeds.push_back(Bitmap(-3, -5, bits, 100));
         seeds.push_back(Bitmap(0, INT_MAX, bits, 100));
@@ -230,6 +246,8 @@ std::vector<std::string> fuzz::Seeds() {
         seeds.push_back(Bitmap(INT_MAX, INT_MAX, bits, 100));
         seeds.push_back(Bitmap(INT_MIN, INT_MIN, bits, 100));
     }
+    seeds.push_back(Bitmap(256, 256, 4, std::size_t{256} * 128));
+    seeds.push_back(Bitmap(256, 256, 4, 100));
     return seeds;
 }
 
@@ -238,11 +256,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::int64_t kNoMemory = LLONG_MAX / 3;  // beyond, bytes cannot be counted
     const File file = {{reinterpret_cast<const char*>(data), size}};
     const std::int64_t pixels = file.Pixels();
-    if (pixels > kMostPixels && pixels <= kNoMemory) return 0;
+    const bool is_usual = file.Bits() == 4 && file.Width() == 256 && file.Height() == 256;
+    if (pixels > kMostPixels && pixels <= kNoMemory && !is_usual) return 0;
     const fuzz::InOwnFolder here;
     fuzz::WriteFile(kFile, data, size);
+    static const std::string alpha = Bitmap(kAlphaPixels, 1, 24, kAlphaPixels * std::size_t{3});
+    fuzz::WriteFile(kAlphaFile, alpha.data(), alpha.size());
 
-    const bool has_memory = ExpectedCode(file) == 'b' || (pixels >= 0 && pixels <= kMostPixels);
-    MakeTextures(LoadAndCompare(file, has_memory));
+    const bool has_memory = ExpectedCode(file) == 'b' || (pixels >= 0 && pixels <= kNoMemory);
+    MakeTextures(file, LoadAndCompare(file, has_memory));
     return 0;
 }

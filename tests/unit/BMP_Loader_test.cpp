@@ -1,6 +1,7 @@
 #include "engine/BMP_Loader.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <malloc.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -165,7 +166,7 @@ TEST(BitmapImage, CanBeAsSmallAsNothing) {
     }
 }
 
-TEST(BitmapImage, OfANegativeSizeHasNoMemoryAndIsEmptyAfterwards) {
+TEST(BitmapImage, OfANegativeSizeHasNoMemoryAndKeepsItsSizesWithoutBytes) {
     BMPClass image;
 
     for (const auto& [width, height] : {std::pair{-1, 1}, {1, -1}, {INT_MIN, 1}, {INT_MAX, -1}}) {
@@ -175,6 +176,7 @@ TEST(BitmapImage, OfANegativeSizeHasNoMemoryAndIsEmptyAfterwards) {
         image.height = height;
         EXPECT_THROW(image.allocateMem(), std::bad_alloc) << width << " x " << height;
         EXPECT_EQ(image.bytes, nullptr) << width << " x " << height;
+        EXPECT_EQ(std::pair(image.width, image.height), std::pair(width, height));
     }
 }
 
@@ -478,13 +480,14 @@ TEST_P(BitmapShapes, AnImageOfNoPixelsIsLoaded) {
     }
 }
 
-TEST_P(BitmapShapes, AnImageWithOneNegativeSizeHasNoMemoryAndIsEmpty) {
+TEST_P(BitmapShapes, AnImageWithOneNegativeSizeHasNoMemoryAndKeepsItsSizesWithoutBytes) {
     for (const auto& [width, height] : {std::pair{-4, 4}, {4, -4}, {INT_MIN, INT_MAX}}) {
         Load(TrueColour(1, 1, "abc"));
         const Header header = {width, height, GetParam().bits, 54};
         WriteFile(kFile, header.Bytes() + Noise(2000));
         EXPECT_THROW(BMPLoad(kFile, image_), std::bad_alloc) << width << " x " << height;
         EXPECT_EQ(image_.bytes, nullptr) << width << " x " << height;
+        EXPECT_EQ(std::pair(image_.width, image_.height), std::pair(width, height));
         EXPECT_THROW(BMPLoad(kFile), std::bad_alloc) << width << " x " << height;
     }
 }

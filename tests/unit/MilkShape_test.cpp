@@ -1,6 +1,9 @@
 #include "engine/MilkShape.h"
 
 #include <malloc.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +12,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <limits>
@@ -526,6 +530,43 @@ TEST_F(MilkShapeTest, RefusesWhatIsNoFile) {
         EXPECT_FALSE(model.loadModelData(name)) << '"' << name << '"';
     }
 }
+
+TEST_F(MilkShapeTest, RefusesANamedPipeWithoutWaitingForItsWriter) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    MilkshapeModel model;
+
+    EXPECT_EXIT(
+        {
+            alarm(20);  // ends a process that waits
+            std::exit(model.loadModelData("pipe") ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+#ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
+
+/// Allows the process a gigabyte of addresses, as a machine of little memory would.
+void LimitMemory() {
+    constexpr rlimit kGigabyte = {1'000'000'000, 1'000'000'000};
+    if (setrlimit(RLIMIT_AS, &kGigabyte) != 0) std::abort();
+}
+
+TEST_F(MilkShapeTest, AFileLargerThanTheMemoryIsRefusedAndLeavesTheModelAsItWas) {
+    MilkshapeModel model = Loaded(TwoMeshes());
+    const std::string before = TextOf(model);
+    WriteFile("large.ms3d", Bytes(TwoMeshes()));
+    std::filesystem::resize_file("large.ms3d", 2'000'000'000);  // with a hole: takes no place
+
+    EXPECT_EXIT(
+        {
+            LimitMemory();
+            if (model.loadModelData("large.ms3d")) std::exit(1);
+            std::exit(TextOf(model) == before ? 0 : 2);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+#endif
 
 TEST_F(MilkShapeTest, AFailedLoadLeavesTheModelAsItWas) {
     const std::string other = Bytes(Mesh({{9, 9, 9}, {8, 8, 8}, {7, 7, 7}}));

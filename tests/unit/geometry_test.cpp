@@ -100,6 +100,12 @@ TEST_F(RandIntvf, TruncatesAFractionOfAStep) {
     EXPECT_EQ(rand_intvf(0, 1, 2.9F), 0.0F);
 }
 
+TEST_F(RandIntvf, CountsItsStepsInSinglePrecision) {
+    fakes::world().rand_values = {7};  // 0.7F is below 0.7, but 0.7F * 10 is 7: eight values
+
+    EXPECT_EQ(rand_intvf(0, 0.7F, 10), 0.7F);
+}
+
 TEST_F(RandIntvf, TruncatesTowardZeroBelowZeroToo) {
     fakes::world().rand_values = {41};  // -0.9 becomes 0: one value
 
@@ -184,6 +190,10 @@ TEST(GetRate, IsAtMost100) {
 }
 TEST(GetRate, IsAtLeast0) {
     EXPECT_EQ(GetRate(-1, 200), 0.0F);
+}
+
+TEST(GetRate, MultipliesBeforeItDivides) {
+    EXPECT_EQ(GetRate(1, 3), 33.3333321F);  // a third, times 100, would be 33.3333359
 }
 
 TEST(GetRate, OfATotalOf0Is100ForAPositiveValueAnd0ForANegativeOne) {
@@ -283,6 +293,20 @@ TEST_F(SegmentPlane, IsTouchedByAnEndpoint) {
     EXPECT_TRUE(Meets({5, 5, 2}, {5, 5, 1}));
 }
 
+// Seen from another corner, c would lie beside the plane by a rounding error.
+TEST_F(SegmentPlane, IsTouchedByItsThirdCornerExactly) {
+    a_.set(0.2F, 0.2F, 0.3F);
+    b_.set(1.7F, 0.2F, 0.9F);
+    c_.set(0.3F, 1.1F, 1.4F);
+    vector3f normal = crossProduct(a_ - c_, b_ - c_);
+    normal.normalize();
+
+    EXPECT_TRUE(Meets(c_, c_ + normal));
+    EXPECT_TRUE(Meets(c_, c_ - normal));
+    EXPECT_TRUE(Meets(c_ + normal, c_));
+    EXPECT_TRUE(Meets(c_ - normal, c_));
+}
+
 TEST_F(SegmentPlane, IsMissedByASegmentOnOneSide) {
     EXPECT_FALSE(Meets({5, 5, 3}, {5, 5, 4}));
     EXPECT_FALSE(Meets({5, 5, 1}, {5, 5, 0}));
@@ -357,11 +381,11 @@ TEST_F(SegmentTriangle, IsHitBySlantedSegmentsInAnyPosition) {
     b_.set(0, 3, 0);
     c_.set(0, 0, 2);
 
-    EXPECT_TRUE(Meets({0, 0.5F, 0.25F}, {3, 1.5F, 1.25F}));
+    EXPECT_TRUE(Meets({1, 0.5F, 0.25F}, {4, 1.5F, 1.25F}));
     EXPECT_NEAR(hit_.x + 2 * hit_.y + 3 * hit_.z, 6.0F, 1e-5F);
-    EXPECT_NEAR(hit_.x, 1.59375F, 1e-5F);  // t = 4.25 / 8
-    EXPECT_NEAR(hit_.y, 1.03125F, 1e-5F);
-    EXPECT_NEAR(hit_.z, 0.78125F, 1e-5F);
+    EXPECT_NEAR(hit_.x, 2.21875F, 1e-5F);  // t = 3.25 / 8
+    EXPECT_NEAR(hit_.y, 0.90625F, 1e-5F);
+    EXPECT_NEAR(hit_.z, 0.65625F, 1e-5F);
 }
 
 TEST_F(SegmentTriangle, ForgetsTheCallBefore) {

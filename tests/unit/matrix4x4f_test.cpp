@@ -119,6 +119,46 @@ TEST(Matrix4x4f, AnglesAreConvertedWithASinglePrecisionFactor) {
     EXPECT_EQ(matrix.rotate_z(123).m[0], std::cos(radians));
 }
 
+// Angles whose sine or cosine comes out otherwise in double precision, from a double or from a float.
+TEST(Matrix4x4f, SinesAndCosinesAreInSinglePrecision) {
+    for (volatile const float angle : {13.0F, 46.5F, 122.0F}) {
+        const float degrees = angle;  // as at run time: the compiler's own sines may be others
+        const float s = std::sin(degrees * 0.017453292F);
+        const float c = std::cos(degrees * 0.017453292F);
+        matrix4x4f matrix;
+
+        EXPECT_EQ(ElementsOf(matrix.rotate_x(degrees)),
+                  (Elements{1, 0, 0, 0, 0, c, s, 0, 0, -s, c, 0, 0, 0, 0, 1}));
+        EXPECT_EQ(ElementsOf(matrix.rotate_y(degrees)),
+                  (Elements{c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1}));
+        EXPECT_EQ(ElementsOf(matrix.rotate_z(degrees)),
+                  (Elements{c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}));
+    }
+}
+
+TEST(Matrix4x4f, RotateAboutAnArbitraryAxisIsInSinglePrecisionToo) {
+    for (volatile const float angle : {13.0F, 46.5F, 122.0F}) {
+        const float degrees = angle;
+        const float s = std::sin(degrees * 0.017453292F);
+        const float t = 1.0F - std::cos(degrees * 0.017453292F);
+        const float c = 1.0F + t * -1.0F;
+        vector3f x_axis(1, 0, 0);
+        vector3f y_axis(0, 1, 0);
+        vector3f z_axis(0, 0, 1);
+        matrix4x4f about_x;
+        matrix4x4f about_y;
+        matrix4x4f about_z;
+
+        about_x.rotate(degrees, x_axis);
+        about_y.rotate(degrees, y_axis);
+        about_z.rotate(degrees, z_axis);
+
+        EXPECT_EQ(ElementsOf(about_x), (Elements{1, 0, 0, 0, 0, c, s, 0, 0, -s, c, 0, 0, 0, 0, 1}));
+        EXPECT_EQ(ElementsOf(about_y), (Elements{c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1}));
+        EXPECT_EQ(ElementsOf(about_z), (Elements{c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}));
+    }
+}
+
 TEST(Matrix4x4f, RotateAboutAnArbitraryAxisWritesTheNineElementsAndTheLast) {
     const float x = 2.0F / 7.0F;
     const float y = 3.0F / 7.0F;

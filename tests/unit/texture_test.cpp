@@ -10,6 +10,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "engine/MacEngine.h"
@@ -278,12 +279,71 @@ TEST_F(TextureTest, ASizeThatGlDoesNotTakeMakesNoTextureWithAlpha) {
     EXPECT_TRUE(LoadTextureAlpha(&texture_, "color.bmp", "alpha.bmp"));
 }
 
+TEST_F(TextureTest, AHeightThatGlDoesNotTakeMakesNoTextureWithAlpha) {
+    WriteFile("tall.bmp", TrueColour(1, 4, "abcdefghijkl"));
+    fakes::gl().max_texture_size = 3;
+    EXPECT_FALSE(LoadTextureAlpha(&texture_, "tall.bmp", "alpha.bmp"));
+    EXPECT_EQ(fakes::Count("glGenTextures"), 0U);
+    EXPECT_EQ(texture_, kUntouched);
+
+    fakes::gl().max_texture_size = 4;
+    EXPECT_TRUE(LoadTextureAlpha(&texture_, "tall.bmp", "alpha.bmp"));
+}
+
+// Two negative sizes have a product, and so an image.
+TEST_F(TextureTest, NegativeSizesMakeNoTextureWithAlpha) {
+    WriteFile("negative.bmp", Header{-2, -2, 24, 54}.Bytes() + Noise(12));
+
+    EXPECT_FALSE(LoadTextureAlpha(&texture_, "negative.bmp", "alpha.bmp"));
+
+    EXPECT_EQ(fakes::Count("glGenTextures"), 0U);
+    EXPECT_EQ(texture_, kUntouched);
+}
+
+TEST_F(TextureTest, TheAlphaBitmapsOwnSizesMayBeNegative) {
+    WriteFile("negative.bmp", Header{-2, -2, 24, 54}.Bytes() + "..A..B..C..D");
+
+    EXPECT_TRUE(LoadTextureAlpha(&texture_, "color.bmp", "negative.bmp"));
+
+    EXPECT_EQ(TextureOf(7).pixels, Bytes("cbaAfedBihgClkjD"));
+}
+
+TEST_F(TextureTest, AnImageWithoutPixelsOrOfNegativeSizesMakesAnOpaqueTextureWithoutAPicture) {
+    for (const auto& [width, height] : {std::pair{0, 0}, {0, 5}, {5, 0}, {-2, -2}}) {
+        WriteFile("odd.bmp", Header{width, height, 24, 54}.Bytes() + Noise(12));
+
+        EXPECT_TRUE(LoadTexture(&texture_, "odd.bmp", true)) << width << " x " << height;
+
+        EXPECT_EQ(TextureOf(texture_).levels, std::set<int>{}) << width << " x " << height;
+    }
+}
+
 #ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
 
-/// Allows the process a gigabyte of addresses, as a machine of little memory would.
-void LimitMemory() {
-    constexpr rlimit kGigabyte = {1'000'000'000, 1'000'000'000};
-    if (setrlimit(RLIMIT_AS, &kGigabyte) != 0) std::abort();
+constexpr rlim_t kGigabyte = 1'000'000'000;
+
+/// Allows the process so many bytes of addresses, as a machine of little memory would.
+void LimitMemory(rlim_t bytes) {
+    const rlimit limit = {bytes, bytes};
+    if (setrlimit(RLIMIT_AS, &limit) != 0) std::abort();
+}
+
+// Such an image takes no real memory as long as nobody reads it: its file has no pixels.
+TEST_F(TextureTest, AnImageOfMoreBytesThanAnIntCountsMakesNoOpaqueTexture) {
+    WriteFile("large.bmp", Header{30'000, 30'000, 24, 54}.Bytes());
+    WriteFile("least.bmp", Header{INT_MAX / 3 + 1, 1, 24, 54}.Bytes());
+    WriteFile("negative.bmp", Header{-30'000, -30'000, 24, 54}.Bytes());
+
+    EXPECT_EXIT(
+        {
+            LimitMemory(4 * kGigabyte);  // for 2.7 GB, but not twice
+            bool made = false;
+            for (const char* file : {"large.bmp", "least.bmp", "negative.bmp"}) {
+                made = LoadTexture(&texture_, file, false) || LoadTexture(&texture_, file, true) || made;
+            }
+            std::exit(made || !fakes::Lines().empty() || texture_ != kUntouched ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(TextureTest, TwoBitmapsWithoutMemoryForTheirTexelsMakeNoTexture) {
@@ -292,7 +352,7 @@ TEST_F(TextureTest, TwoBitmapsWithoutMemoryForTheirTexelsMakeNoTexture) {
 
     EXPECT_EXIT(
         {
-            LimitMemory();
+            LimitMemory(kGigabyte);
             const bool made = LoadTextureAlpha(&texture_, "large.bmp", "large.bmp");
             std::exit(made || fakes::Count("glGenTextures") > 0 ? 1 : 0);
         },
