@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "app/typing.h"
 #include "engine/WindowMetrics.h"
 
 float touch_coord_x = 0;
@@ -34,6 +35,7 @@ void mouse(int x, int y) {
 void mouse_event(int button, int state, int /*x*/, int /*y*/) {
     if (button != GLUT_LEFT_BUTTON) return;
     single_touch = touch_event = state == GLUT_DOWN;
+    if (single_touch) NotePress();
 }
 
 void keyboard_down(int key, int /*x*/, int /*y*/) {

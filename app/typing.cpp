@@ -17,9 +17,18 @@ constexpr unsigned char kDelete = 127;
 /// More than anyone types ahead, far more than a field holds.
 constexpr std::size_t kLongestQueue = 4096;
 
+/// A typed character, or a press of the mouse.
+struct Stroke {
+    unsigned char character = 0;  ///< ASCII; 0: a press
+    float x = 0, y = 0;           ///< where the press happened, window pixels, origin top left
+
+    bool IsPress() const { return character == 0; }
+};
+
 struct TypingState {
-    bool listening = false;             ///< GLUT reports characters; written by ListenToTyping()
-    std::deque<unsigned char> waiting;  ///< oldest first, all of them ASCII
+    bool listening = false;        ///< GLUT reports characters; written by ListenToTyping()
+    std::deque<Stroke> waiting;    ///< oldest first
+    std::size_t before_press = 0;  ///< so many of them came before the press that single_touch tells of
 };
 
 TypingState typing;
@@ -36,7 +45,33 @@ constexpr Accented kAccented[] = {
 };
 
 void Wait(unsigned char character) {
-    if (typing.waiting.size() < kLongestQueue) typing.waiting.push_back(character);
+    if (typing.waiting.size() < kLongestQueue) typing.waiting.push_back({character});
+}
+
+/// Lets this frame's press wait behind what was typed before it.
+void QueuePress() {
+    const std::size_t place = std::min(typing.before_press, typing.waiting.size());
+    typing.waiting.insert(typing.waiting.begin() + static_cast<std::ptrdiff_t>(place),
+                          {0, touch_coord_x, touch_coord_y});
+    single_touch = false;
+}
+
+/// Drops what was typed before the next press.
+void DropCharacters() {
+    const auto press = std::find_if(typing.waiting.begin(), typing.waiting.end(),
+                                    [](const Stroke& stroke) { return stroke.IsPress(); });
+    typing.waiting.erase(typing.waiting.begin(), press);
+}
+
+/// Lets the frame see a stroke.
+void Deliver(const Stroke& stroke) {
+    if (!stroke.IsPress()) {
+        key_state[stroke.character] = true;
+        return;
+    }
+    touch_coord_x = stroke.x;
+    touch_coord_y = stroke.y;
+    single_touch = true;
 }
 
 }  // namespace
@@ -63,12 +98,17 @@ void TypeCharacter(unsigned char character, int /*x*/, int /*y*/) {
     Wait('\'');
 }
 
+void NotePress() {
+    typing.before_press = typing.waiting.size();
+}
+
 void DeliverTyping(bool field_has_focus) {
     if (!typing.listening) return;
     reset_keys_state();  // what special keys have left there
-    if (single_touch) return;
-    if (!field_has_focus) typing.waiting.clear();
+    if (single_touch) QueuePress();
+    if (!field_has_focus) DropCharacters();
     if (typing.waiting.empty()) return;
-    key_state[typing.waiting.front()] = true;
+    const Stroke next = typing.waiting.front();
     typing.waiting.pop_front();
+    Deliver(next);
 }

@@ -8,6 +8,9 @@
 //   frame 1          DeliverTyping()   key_state['a'] is set, alone
 //   frame 2          DeliverTyping()   key_state['a'] is set again
 //
+// A press of the mouse waits its turn among them: what was typed before it goes to the field that had the
+// focus then.
+//
 // GLUT's special keys share their codes with letters (Shift is 112 and so is 'p'); while typing is listened
 // to they never reach a field.
 #pragma once
@@ -20,7 +23,11 @@ void ListenToTyping();
 /// characters and characters beyond ASCII type nothing.
 void TypeCharacter(unsigned char character, int x, int y);
 
+/// Notes that the left button was pressed after all that was typed so far; called between frames, when
+/// single_touch is set.
+void NotePress();
+
 /// Puts the next typed character into key_state, and nothing else; called once a frame, before the screen is
-/// drawn. Without a focused field what was typed is dropped. While a click waits to be seen, characters wait
-/// too: the click decides where they go.
+/// drawn. Without a focused field what was typed is dropped. A press that came after characters that still
+/// wait is taken out of single_touch, and back in, where it happened, when they have been delivered.
 void DeliverTyping(bool field_has_focus);

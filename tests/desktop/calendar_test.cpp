@@ -202,8 +202,7 @@ class TheCalendar : public OnDesktop {
     Program* program_ = nullptr;
 };
 
-// ---- Appointments
-// -------------------------------------------------------------------------------------------
+// ---- Appointments ----
 
 TEST_F(TheCalendar, FindsAgainAfterARestartWhatWasTypedAndConfirmed) {
     Begin({});
@@ -348,8 +347,7 @@ TEST_F(TheCalendar, CountsTwelveNoticesAndOpensTheEarliestFirst) {
     EXPECT_TRUE(Stores(due));
 }
 
-// ---- Lessons
-// ------------------------------------------------------------------------------------------------
+// ---- Lessons ----
 
 TEST_F(TheCalendar, GivesNoticeOfAWeeklyLessonOnItsDayAndArmsItAgainTheDayAfter) {
     Begin({});
@@ -390,8 +388,7 @@ TEST_F(TheCalendar, GivesNoticeOfAWeeklyLessonOnItsDayAndArmsItAgainTheDayAfter)
     EXPECT_EQ(Badge(), "1") << "a week later";
 }
 
-// ---- Reminders
-// ----------------------------------------------------------------------------------------------
+// ---- Reminders ----
 
 TEST_F(TheCalendar, RemindsAtStartAndIsConfirmedInTheEditor) {
     Record water = Reminder("Bere acqua", 0);
@@ -440,8 +437,7 @@ TEST_F(TheCalendar, ChoosesHowOftenToRemindWithTheArrows) {
     EXPECT_EQ(Badge(), "1");
 }
 
-// ---- Typing
-// -------------------------------------------------------------------------------------------------
+// ---- Typing ----
 
 TEST_F(TheCalendar, KeepsFortyCharactersTypedAtOnceInTheirOrder) {
     const std::string text = "zyx aabbcc 99887766 ZYXwvu,.;:-_!?(mM)++";
@@ -452,6 +448,21 @@ TEST_F(TheCalendar, KeepsFortyCharactersTypedAtOnceInTheirOrder) {
     TypeInto(kDescriptionField, text);
     EXPECT_EQ(DescriptionLine(0), text);
     Click(kConfirm);
+
+    Record typed = Fresh();
+    typed.description = text;
+    EXPECT_TRUE(Stores({typed}));
+}
+
+TEST_F(TheCalendar, SavesAllThatWasTypedAtOnceBeforeTheClickOnConfirm) {
+    const std::string text(300, 'a');
+    Begin({});
+    OpenFresh();
+    Click(kDescriptionField);
+
+    desk.TypeText(text);
+    Click(kConfirm);
+    program().WaitForFrames(text.size());
 
     Record typed = Fresh();
     typed.description = text;
@@ -578,8 +589,7 @@ TEST_F(TheCalendar, ChangesNothingInTheViewWhateverIsTypedAndClicked) {
     EXPECT_TRUE(Stores({Flagged(lesson, 1, 1, 1)})) << "it was seen after its time, nothing else";
 }
 
-// ---- The list
-// -----------------------------------------------------------------------------------------------
+// ---- The list ----
 
 TEST_F(TheCalendar, RemovesAnEventWithTheTrash) {
     const Record first = Appointment("Primo", 13, 9);
@@ -618,8 +628,7 @@ TEST_F(TheCalendar, ScrollsThroughTwentyEvents) {
     EXPECT_TRUE(Stores(many));
 }
 
-// ---- The file
-// -----------------------------------------------------------------------------------------------
+// ---- The file ----
 
 TEST_F(TheCalendar, KeepsWhatWasConfirmedWhenItIsKilled) {
     const Record there = Appointment("Prima", 20, 9);

@@ -1,4 +1,5 @@
-// Index: from the window system to a field, what types what, where nothing is typed, the queue, special keys.
+// Index: from the window system to a field, what types what, where nothing is typed, clicks between
+// characters, the queue, special keys.
 #include "app/typing.h"
 
 #include <algorithm>
@@ -215,24 +216,116 @@ TEST_F(TypingTest, WhatWasTypedInTheViewDoesNotReachTheEditorLater) {
     EXPECT_EQ(Description(), "");
 }
 
-TEST_F(TypingTest, WhatIsStillWaitingWhenTheFieldLosesTheFocusIsDropped) {
-    for (const char c : std::string("abcdef")) TypeCode(c);
+// ---- Clicks between characters ----
+
+TEST_F(TypingTest, AClickOnConfirmWaitsUntilWhatWasTypedBeforeItIsInTheField) {
+    for (const char c : std::string("abc")) TypeCode(c);
+
+    ClickAt(476, 436);
+    EXPECT_EQ(Description(), "a");
+    EXPECT_EQ(menu_case_id, 1);
     Frame();
+    Frame();
+    EXPECT_EQ(menu_case_id, 1);
+    Frame();
+
+    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(Description(), "abc");
+    EXPECT_EQ(ReadFile("database.bin").substr(24, 4), std::string("abc\0", 4));
+}
+
+TEST_F(TypingTest, WhatWasTypedBeforeAClickOnAnotherFieldStaysInTheFirst) {
+    for (const char c : std::string("abc")) TypeCode(c);
+    PointAt(120, 220);
+    mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
+    for (const char c : std::string("xy")) TypeCode(c);
+
+    for (int i = 0; i < 8; ++i) Frame();
+
+    EXPECT_EQ(Description(), "abc");
+    EXPECT_EQ(NameOf(events.front()), "xy");
+}
+
+TEST_F(TypingTest, AClickThatWaitsHappensWhereThePointerWasThen) {
+    TypeCode('a');
+    ClickAt(120, 220);
+    PointAt(476, 436);
+
+    Frame();
+
+    EXPECT_EQ(edit_tf, 1);
+    EXPECT_EQ(menu_case_id, 1);
+}
+
+TEST_F(TypingTest, AClickThatWaitsHappensOnce) {
+    TypeCode('a');
+    ClickAt(120, 220);
+    Frame();
+    ASSERT_EQ(edit_tf, 1);
+    edit_tf = 2;
+
+    for (int i = 0; i < 3; ++i) Frame();
+
+    EXPECT_EQ(edit_tf, 2);
+}
+
+TEST_F(TypingTest, TwoClicksWaitInTheirOrder) {
+    for (const char c : std::string("abc")) TypeCode(c);
+    ClickAt(120, 220);
+    TypeCode('x');
+    ClickAt(256, 108);
+    TypeCode('d');
+
+    for (int i = 0; i < 8; ++i) Frame();
+
+    EXPECT_EQ(NameOf(events.front()), "x");
+    EXPECT_EQ(Description(), "abcd");
+}
+
+TEST_F(TypingTest, AButtonReleasedBeforeTheFrameIsNoClickAlsoBehindCharacters) {
+    TypeCode('a');
+    PointAt(120, 220);
+    mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
+    mouse_event(GLUT_LEFT_BUTTON, GLUT_UP, 0, 0);
+
+    for (int i = 0; i < 3; ++i) Frame();
+
+    EXPECT_EQ(edit_tf, 2);
+    EXPECT_EQ(Description(), "a");
+}
+
+TEST_F(TypingTest, WhatWasTypedAfterAClickThatTakesTheFocusAwayIsDropped) {
+    TypeCode('a');
     ClickAt(300, 300);
+    for (const char c : std::string("bc")) TypeCode(c);
+    Frame();
     ASSERT_EQ(edit_tf, 0);
     Frame();
     edit_tf = 2;
 
-    for (int i = 0; i < 8; ++i) Frame();
+    for (int i = 0; i < 4; ++i) Frame();
 
     EXPECT_EQ(Description(), "a");
 }
 
-TEST_F(TypingTest, CharactersWaitWhileAClickDecidesWhereTheyGo) {
+TEST_F(TypingTest, WhatWasTypedWithoutAFocusIsDroppedAlsoWhenAClickGivesOne) {
     edit_tf = 0;
     TypeCode('a');
 
     ClickAt(120, 220);
+    for (int i = 0; i < 3; ++i) Frame();
+
+    EXPECT_EQ(edit_tf, 1);
+    EXPECT_EQ(NameOf(events.front()), "");
+}
+
+TEST_F(TypingTest, WhatIsTypedRightAfterAClickGoesWhereTheClickLeads) {
+    edit_tf = 0;
+    PointAt(120, 220);
+    mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
+    TypeCode('a');
+
+    Frame();
     EXPECT_EQ(NameOf(events.front()), "");
     Frame();
 
@@ -241,14 +334,14 @@ TEST_F(TypingTest, CharactersWaitWhileAClickDecidesWhereTheyGo) {
 
 TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
     AddAppointment("altro", 1, 1, 2014, 0, 0);
-    for (const char c : std::string("abc")) TypeCode(c);
     ClickAt(485, 486);
+    for (const char c : std::string("abc")) TypeCode(c);
     ASSERT_EQ(NamesOf(events), (std::vector<std::string>{"altro"}));
-    edit_event = &events.front();
-    menu_case_id = 1;
 
+    ClickAt(241, 390);  // the first row
     for (int i = 0; i < 5; ++i) Frame();
 
+    ASSERT_EQ(menu_case_id, 1);
     EXPECT_EQ(Description(), "");
 }
 
