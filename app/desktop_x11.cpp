@@ -59,6 +59,12 @@ std::vector<unsigned long> IconCardinals(const WindowIcon& icon) {
     return cardinals;
 }
 
+std::uint64_t Nanoseconds(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
 }  // namespace
 
 ScreenPoint GlobalPointer() {
@@ -76,19 +82,17 @@ ScreenPoint GlobalPointer() {
 }
 
 std::uint64_t MonotonicNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+    return Nanoseconds(CLOCK_MONOTONIC);
 }
 
 /// Stands in for the C library's. GLUT asks for the time of day to tell when a timer is due, and when the
-/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What its timers go by
-/// must never go back. Which time it is makes no difference to them, nor to the few libraries that measure by
-/// it how long something took.
+/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What is told here is
+/// the time of the program's start and what has passed since; it never goes back.
 // The parameters have other names than the C library's.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int gettimeofday(timeval* now, void* /*zone*/) noexcept {
-    const std::uint64_t microseconds = MonotonicNanoseconds() / 1'000;
+    static const std::uint64_t start = Nanoseconds(CLOCK_REALTIME) - Nanoseconds(CLOCK_MONOTONIC);
+    const std::uint64_t microseconds = (start + Nanoseconds(CLOCK_MONOTONIC)) / 1'000;
     *now = {static_cast<std::time_t>(microseconds / 1'000'000),
             static_cast<suseconds_t>(microseconds % 1'000'000)};
     return 0;
@@ -99,7 +103,7 @@ void OpenWebAddress(const char* address) {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     // In the background, because a browser that stays in the foreground must not freeze the owl.
     const std::string command = "xdg-open " + ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
-    if (std::system(command.c_str()) != 0) return;  // no browser: nothing is shown
+    [[maybe_unused]] const int status = std::system(command.c_str());  // no browser: nothing is shown
 }
 
 void IntroduceWindow(const char* program, const WindowIcon& icon) {
