@@ -254,41 +254,37 @@ void PrintDescription(const EditorFrame& frame) {
 }
 
 /// Applies this frame's keys to a text, in the order of their codes: 127 removes the last character, others
-/// are appended while the text is shorter than `limit`.
-void TypeInto(std::string& text, std::size_t limit) {
+/// are appended while the text is shorter than `longest`.
+void ApplyKeys(std::string& text, std::size_t longest) {
     constexpr int kErase = 127;
     for (int key = 0; key < static_cast<int>(std::size(key_state)); ++key) {
         if (!key_state[key]) continue;
         if (key == kErase) {
             if (!text.empty()) text.pop_back();
-        } else if (key > 2 && text.size() < limit) {
+        } else if (key > 2 && text.size() < longest) {
             text.push_back(static_cast<char>(key));
         }
     }
 }
 
-/// Puts a text back into its field. A field that nothing was typed into keeps all its bytes.
+/// Types this frame's keys into a field that holds that text. A field that nothing is typed into keeps all
+/// its bytes, also those behind its text.
 template <int kBytes>
-void Store(const std::string& text, const std::string& before, char (&field)[kBytes]) {
+void TypeInto(char (&field)[kBytes], const std::string& before, std::size_t longest) {
+    std::string text = before;
+    ApplyKeys(text, longest);
     if (text == before) return;
     std::fill(std::begin(field), std::end(field), '\0');
     std::copy_n(text.begin(), std::min<std::size_t>(text.size(), kBytes), field);
 }
 
-void TypeIntoField(const EditorFrame& frame) {
+void TypeIntoFocus(const EditorFrame& frame) {
+    constexpr std::size_t kLongestName = 17;
+    constexpr std::size_t kLongestDescription = 345;
     if (!frame.editable) return;
     Event& event = frame.event;
-    if (edit_tf == kNameField) {
-        const std::string before = NameOf(event);
-        std::string text = before;
-        TypeInto(text, 17);
-        Store(text, before, event.name);
-    } else if (edit_tf == kDescriptionField) {
-        const std::string before = DescriptionOf(event);
-        std::string text = before;
-        TypeInto(text, 345);
-        Store(text, before, event.description);
-    }
+    if (edit_tf == kNameField) TypeInto(event.name, NameOf(event), kLongestName);
+    if (edit_tf == kDescriptionField) TypeInto(event.description, DescriptionOf(event), kLongestDescription);
 }
 
 }  // namespace
@@ -308,6 +304,6 @@ bool EventEditor() {
     ChooseFocus(frame);
     PrintName(frame);
     PrintDescription(frame);
-    TypeIntoField(frame);
+    TypeIntoFocus(frame);
     return true;
 }

@@ -41,7 +41,8 @@ double OrderStamp(const Event& event, int today) {
 
 /// Returns whether no two neighbours would rather stand the other way round: whether of two neighbours
 /// sort_by_date never puts the second first without also putting the first first. That is to say that the
-/// stamps never fall, with the reminders' lower than any. So told, every event is looked at once a frame.
+/// stamps never fall, with the reminders' lower than any: one pass with one stamp an event, instead of two
+/// comparisons a pair, because it is asked once a frame.
 bool IsAccepted(const std::list<Event>& list) {
     constexpr double kFirst = -std::numeric_limits<double>::infinity();
     const int today = LocalTime().tm_wday;

@@ -116,11 +116,12 @@ void PrintEvents() {
     }
 }
 
-/// Draws a scroll arrow, grey where there is nothing to scroll to; returns whether it is clicked.
+/// Draws a scroll arrow, grey where there is nothing to scroll to, white elsewhere, also under the pointer;
+/// returns whether it is clicked.
 bool ShowArrow(const ButtonPlace& place, unsigned int texture, bool live) {
-    if (live) return ShowButton(place, texture);
     const Button arrow = ButtonAt(place, texture);
-    glColor4f(0.5F, 0.5F, 0.5F, 1);
+    const float grey = live ? 1.0F : 0.5F;
+    glColor4f(grey, grey, grey, 1);
     arrow.Display(false);
     glColor4f(1, 1, 1, 1);
     return arrow.isClicked();

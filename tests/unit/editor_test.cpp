@@ -379,6 +379,7 @@ TEST_F(EditorTest, TheTrashLeadsToTheListAlsoForAReminderOpenedFromItsNotice) {
     ClickClose();
 
     EXPECT_EQ(menu_case_id, 0);
+    EXPECT_TRUE(force_back_hm) << "only the confirm button clears it";
 }
 
 TEST_F(EditorTest, AfterTheTrashTheListIsShownInTheSameFrame) {

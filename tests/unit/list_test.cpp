@@ -548,6 +548,17 @@ TEST_F(ListTest, AnArrowIsGreyExactlyWhereThereIsNothingToScrollTo) {
     }
 }
 
+TEST_F(ListTest, AnArrowIsWhiteOrGreyAlsoUnderThePointer) {
+    AddAppointments(20);
+    PointAt(485, 40);
+    Frame();
+    EXPECT_EQ(Colours(button_arrow_d), (std::vector<fakes::Rgba>{kWhite}));
+
+    PointAt(485, 389);
+    Frame();
+    EXPECT_EQ(Colours(button_arrow_u), (std::vector<fakes::Rgba>{kGrey}));
+}
+
 TEST_F(ListTest, TheGreyOfAnArrowIsThatArrowsAlone) {
     AddAppointments(20);
     Frame();
