@@ -90,10 +90,11 @@ void ColorAnswer(int i) {
 
 void PrintAnswers() {
     constexpr float kSize = 8;
+    constexpr float kDrop = 9;  // from a plate's middle to the lower edge of its text, canvas units
     for (int i = 0; i < kAnswers; ++i) {
         const ButtonPlace& place = kAnswerPlaces[i];
         ColorAnswer(i);
-        glPrintText(place.x, place.y - 9, kSize, true, "%s", Asked().answers[i]);
+        glPrintText(place.x, place.y - kDrop, kSize, true, "%s", Asked().answers[i]);
         glColor4f(1, 1, 1, 1);
     }
 }

@@ -259,10 +259,28 @@ TEST_F(DialogTest, AClickPicksAnAnswer) {
 }
 
 TEST_F(DialogTest, TheFirstPickIsFinal) {
-    Pick(2);
-    Pick(0);
+    for (int first = 0; first < 4; ++first) {
+        Pick(first);
+        for (int second = 0; second < 4; ++second) Pick(second);
 
-    EXPECT_EQ(Picked(), 2);
+        EXPECT_EQ(Picked(), first);
+        Close();
+        menu_case_id = 3;
+    }
+}
+
+TEST_F(DialogTest, AsksShowsAndJudgesTheQuestionOfItsIndex) {
+    questions.emplace_back("E tre?", "uno", "due", "tre", "nove", 3);
+    question_id = 1;
+    Frame();
+    EXPECT_EQ(Words(PrintedText()), (Texts{"E tre?", "uno", "due", "tre", "nove"}));
+
+    Pick(3);
+    EXPECT_EQ(TextColours(), (Rgbas{kWhite, kWhite, kWhite, kGreen}));
+    CloseWithDraw(1);
+
+    EXPECT_EQ(SoundsStarted(), (Texts{"right.wav"}));
+    EXPECT_NE(AudioEngine.statics[0].source, 0U) << "verdicts play in slot 0";
 }
 
 TEST_F(DialogTest, AClickBetweenTheAnswersPicksNone) {
@@ -434,6 +452,8 @@ TEST_F(DialogTest, WithSoundOffNoVerdictSounds) {
             CloseWithDraw(draw);
 
             EXPECT_EQ(SoundsStarted(), Texts()) << answer << ", " << draw;
+            EXPECT_EQ(spawn_laugh, answer == 0 && draw == 0) << answer << ", " << draw;
+            spawn_laugh = false;
         }
     }
 }

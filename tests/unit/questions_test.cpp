@@ -224,6 +224,14 @@ TEST_F(Bank, DoesNotGiveTheRightAnswerAwayByItsLength) {
     EXPECT_LE(shortest, 36) << "guessing the shortest answer pays";
 }
 
+TEST_F(Bank, MarksTheAnswersThatAreRight) {
+    const Texts right = ReadLines("right_answers.txt");
+    ASSERT_EQ(right.size(), questions.size());
+    for (std::size_t i = 0; i < right.size(); ++i) {
+        EXPECT_EQ(questions[i].answers[questions[i].right_answer], right[i]) << "question " << i + 1;
+    }
+}
+
 // The entries, counted from 1, whose answers nobody can look up: they ask about invented people or titles, or
 // finish a quotation. All others must stay true, whoever changes them.
 TEST_F(Bank, ListsTheEntriesThatCannotBeLookedUpByAscendingNumbers) {

@@ -303,6 +303,15 @@ TEST_F(TextTest, ACentredLineMakesTheSameCallsAsAnother) {
 
 // ---- What a text leaves, and texts of nothing ----
 
+TEST_F(TextTest, WhatCannotBeFormattedDrawsNothing) {
+    const wchar_t euro[] = L"\u20AC";  // has no byte in the C locale
+
+    glPrintText(100, 50, 8, false, "ab%ls", euro);
+    glPrintTextBox(100, 50, 8, 10, "ab%ls", euro);
+
+    EXPECT_TRUE(fakes::gl().primitives.empty());
+}
+
 /// One of the printers, with a text that it prints in size 8 at (100, 50).
 struct Printer {
     std::string name;
