@@ -181,18 +181,12 @@ using namespace fakes;  // NOLINT(google-build-using-namespace): the C functions
 
 extern "C" {
 
+// The logged number says whether there was a name: 1, or 0 for null, the default device.
 ALCdevice* alcOpenDevice(const ALCchar* devicename) {
-    Record("alcOpenDevice", {}, devicename != nullptr ? devicename : "");
+    Record("alcOpenDevice", {devicename != nullptr ? 1 : 0}, devicename != nullptr ? devicename : "");
     if (!al().has_device) return nullptr;
     ++al().open_devices;
     return TheDevice();
-}
-
-ALCboolean alcCloseDevice(ALCdevice* device) {
-    Record("alcCloseDevice");
-    if (device == nullptr) return ALC_FALSE;
-    --al().open_devices;
-    return ALC_TRUE;
 }
 
 // The logged number says whether there was a device: 1, or 0 for null.
@@ -208,26 +202,6 @@ ALCboolean alcMakeContextCurrent(ALCcontext* context) {
     Record("alcMakeContextCurrent", {context != nullptr ? 1 : 0});
     al().context_current = context != nullptr;
     return ALC_TRUE;
-}
-
-ALCcontext* alcGetCurrentContext() {
-    Record("alcGetCurrentContext");
-    return al().context_current ? TheContext() : nullptr;
-}
-
-ALCdevice* alcGetContextsDevice(ALCcontext* context) {
-    Record("alcGetContextsDevice");
-    return context != nullptr ? TheDevice() : nullptr;
-}
-
-void alcDestroyContext(ALCcontext* context) {
-    Record("alcDestroyContext");
-    if (context != nullptr) --al().contexts;
-}
-
-ALCenum alcGetError(ALCdevice* /*device*/) {
-    Record("alcGetError");
-    return ALC_NO_ERROR;
 }
 
 ALenum alGetError() {
@@ -313,19 +287,6 @@ void alSource3f(ALuint source, ALenum param, ALfloat value1, ALfloat value2, ALf
         SetVector("alSource3f", *found, param, {value1, value2, value3});
 }
 
-void alSourcefv(ALuint source, ALenum param, const ALfloat* values) {
-    const bool vector = param == AL_POSITION || param == AL_VELOCITY || param == AL_DIRECTION;
-    if (!vector) {
-        Record("alSourcefv", {source, Constant(param), values[0]});
-        if (Source* found = Find("alSourcefv", al().sources, source))
-            SetNumber("alSourcefv", *found, param, *values);
-        return;
-    }
-    Record("alSourcefv", {source, Constant(param), values[0], values[1], values[2]});
-    if (Source* found = Find("alSourcefv", al().sources, source))
-        SetVector("alSourcefv", *found, param, {values[0], values[1], values[2]});
-}
-
 void alGetSourcei(ALuint source, ALenum param, ALint* value) {
     Record("alGetSourcei", {source, Constant(param)});
     const Source* found = Find("alGetSourcei", al().sources, source);
@@ -348,63 +309,17 @@ void alGetSourcei(ALuint source, ALenum param, ALint* value) {
     }
 }
 
-void alGetSourcef(ALuint source, ALenum param, ALfloat* value) {
-    Record("alGetSourcef", {source, Constant(param)});
-    const Source* found = Find("alGetSourcef", al().sources, source);
-    if (found == nullptr) return;
-    if (param == AL_GAIN)
-        *value = found->gain;
-    else if (param == AL_PITCH)
-        *value = found->pitch;
-    else
-        Fail(AL_INVALID_ENUM, "alGetSourcef", "a parameter that the fake does not know");
-}
-
-void alGetBufferi(ALuint buffer, ALenum param, ALint* value) {
-    Record("alGetBufferi", {buffer, Constant(param)});
-    const Buffer* found = Find("alGetBufferi", al().buffers, buffer);
-    if (found == nullptr) return;
-    const bool stereo = found->format == AL_FORMAT_STEREO8 || found->format == AL_FORMAT_STEREO16;
-    const bool wide = found->format == AL_FORMAT_MONO16 || found->format == AL_FORMAT_STEREO16;
-    switch (param) {
-        case AL_FREQUENCY:
-            *value = found->frequency;
-            break;
-        case AL_SIZE:
-            *value = static_cast<ALint>(found->data.size());
-            break;
-        case AL_CHANNELS:
-            *value = stereo ? 2 : 1;
-            break;
-        case AL_BITS:
-            *value = wide ? 16 : 8;
-            break;
-        default:
-            Fail(AL_INVALID_ENUM, "alGetBufferi", "a parameter that the fake does not know");
-    }
-}
-
 void alSourcePlay(ALuint source) {
     SetState("alSourcePlay", source, AL_PLAYING);
 }
 void alSourceStop(ALuint source) {
     SetState("alSourceStop", source, AL_STOPPED);
 }
-void alSourceRewind(ALuint source) {
-    SetState("alSourceRewind", source, AL_INITIAL);
-}
-
 // Like the real one, pauses only what plays.
 void alSourcePause(ALuint source) {
     Record("alSourcePause", {source});
     Source* found = Find("alSourcePause", al().sources, source);
     if (found != nullptr && found->state == AL_PLAYING) found->state = AL_PAUSED;
-}
-
-void alListenerf(ALenum param, ALfloat value) {
-    Record("alListenerf", {Constant(param), value});
-    if (param != AL_GAIN) return Fail(AL_INVALID_ENUM, "alListenerf", "a parameter of more than one number");
-    SetListener("alListenerf", param, &value);
 }
 
 void alListener3f(ALenum param, ALfloat value1, ALfloat value2, ALfloat value3) {

@@ -154,9 +154,6 @@ void Raster(float x, float y, float z) {
 float Byte(GLubyte value) {
     return static_cast<float>(value) / 255.0F;
 }
-float Narrow(double value) {
-    return static_cast<float>(value);
-}
 
 }  // namespace
 }  // namespace fakes
@@ -187,34 +184,14 @@ void glVertex2f(GLfloat x, GLfloat y) {
     Corner(x, y, 0);
 }
 
-void glVertex2d(GLdouble x, GLdouble y) {
-    Record("glVertex2d", {x, y});
-    Corner(Narrow(x), Narrow(y), 0);
-}
-
 void glVertex2i(GLint x, GLint y) {
     Record("glVertex2i", {x, y});
     Corner(static_cast<float>(x), static_cast<float>(y), 0);
 }
 
-void glVertex2fv(const GLfloat* v) {
-    Record("glVertex2fv", {v[0], v[1]});
-    Corner(v[0], v[1], 0);
-}
-
 void glVertex3f(GLfloat x, GLfloat y, GLfloat z) {
     Record("glVertex3f", {x, y, z});
     Corner(x, y, z);
-}
-
-void glVertex3d(GLdouble x, GLdouble y, GLdouble z) {
-    Record("glVertex3d", {x, y, z});
-    Corner(Narrow(x), Narrow(y), Narrow(z));
-}
-
-void glVertex3i(GLint x, GLint y, GLint z) {
-    Record("glVertex3i", {x, y, z});
-    Corner(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
 }
 
 void glVertex3fv(const GLfloat* v) {
@@ -227,19 +204,9 @@ void glTexCoord2f(GLfloat s, GLfloat t) {
     gl().texcoord = {s, t};
 }
 
-void glTexCoord2d(GLdouble s, GLdouble t) {
-    Record("glTexCoord2d", {s, t});
-    gl().texcoord = {Narrow(s), Narrow(t)};
-}
-
 void glTexCoord2i(GLint s, GLint t) {
     Record("glTexCoord2i", {s, t});
     gl().texcoord = {static_cast<float>(s), static_cast<float>(t)};
-}
-
-void glTexCoord2fv(const GLfloat* v) {
-    Record("glTexCoord2fv", {v[0], v[1]});
-    gl().texcoord = {v[0], v[1]};
 }
 
 void glNormal3f(GLfloat nx, GLfloat ny, GLfloat nz) {
@@ -252,54 +219,14 @@ void glNormal3fv(const GLfloat* v) {
     gl().normal = {v[0], v[1], v[2]};
 }
 
-void glColor3f(GLfloat red, GLfloat green, GLfloat blue) {
-    Record("glColor3f", {red, green, blue});
-    gl().color = {red, green, blue, 1};
-}
-
-void glColor3fv(const GLfloat* v) {
-    Record("glColor3fv", {v[0], v[1], v[2]});
-    gl().color = {v[0], v[1], v[2], 1};
-}
-
 void glColor4f(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha) {
     Record("glColor4f", {red, green, blue, alpha});
     gl().color = {red, green, blue, alpha};
 }
 
-void glColor4fv(const GLfloat* v) {
-    Record("glColor4fv", {v[0], v[1], v[2], v[3]});
-    gl().color = {v[0], v[1], v[2], v[3]};
-}
-
-void glColor4d(GLdouble red, GLdouble green, GLdouble blue, GLdouble alpha) {
-    Record("glColor4d", {red, green, blue, alpha});
-    gl().color = {Narrow(red), Narrow(green), Narrow(blue), Narrow(alpha)};
-}
-
-void glColor3ub(GLubyte red, GLubyte green, GLubyte blue) {
-    Record("glColor3ub", {red, green, blue});
-    gl().color = {Byte(red), Byte(green), Byte(blue), 1};
-}
-
 void glColor4ub(GLubyte red, GLubyte green, GLubyte blue, GLubyte alpha) {
     Record("glColor4ub", {red, green, blue, alpha});
     gl().color = {Byte(red), Byte(green), Byte(blue), Byte(alpha)};
-}
-
-void glColor4ubv(const GLubyte* v) {
-    Record("glColor4ubv", {v[0], v[1], v[2], v[3]});
-    gl().color = {Byte(v[0]), Byte(v[1]), Byte(v[2]), Byte(v[3])};
-}
-
-void glRasterPos2f(GLfloat x, GLfloat y) {
-    Record("glRasterPos2f", {x, y});
-    Raster(x, y, 0);
-}
-
-void glRasterPos2i(GLint x, GLint y) {
-    Record("glRasterPos2i", {x, y});
-    Raster(static_cast<float>(x), static_cast<float>(y), 0);
 }
 
 void glRasterPos3f(GLfloat x, GLfloat y, GLfloat z) {
@@ -324,36 +251,11 @@ void glTexCoordPointer(GLint size, GLenum type, GLsizei stride, const GLvoid* po
     if (OutsideOfBegin("glTexCoordPointer")) SetArray(gl().texcoord_array, size, type, stride, pointer);
 }
 
-void glNormalPointer(GLenum type, GLsizei stride, const GLvoid* pointer) {
-    Record("glNormalPointer", {Constant(type), stride});
-    if (OutsideOfBegin("glNormalPointer")) SetArray(gl().normal_array, 3, type, stride, pointer);
-}
-
-void glColorPointer(GLint size, GLenum type, GLsizei stride, const GLvoid* pointer) {
-    Record("glColorPointer", {size, Constant(type), stride});
-    if (OutsideOfBegin("glColorPointer")) SetArray(gl().color_array, size, type, stride, pointer);
-}
-
 void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
     Record("glDrawArrays", {Shape(mode), first, count});
     if (!MayDrawArrays("glDrawArrays", count)) return;
     std::vector<Vertex> vertices;
     for (GLint i = first; i < first + count; ++i) vertices.push_back(FromArrays(static_cast<std::size_t>(i)));
-    Draw(mode, std::move(vertices), true);
-}
-
-void glDrawElements(GLenum mode, GLsizei count, GLenum type, const GLvoid* indices) {
-    Record("glDrawElements", {Shape(mode), count, Constant(type)});
-    if (!MayDrawArrays("glDrawElements", count)) return;
-    const auto* bytes = static_cast<const std::uint8_t*>(indices);
-    std::vector<Vertex> vertices;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
-        const std::uint8_t* from = bytes + i * TypeSize(type);
-        const double index = type == GL_UNSIGNED_BYTE    ? Fetch<std::uint8_t>(from)
-                             : type == GL_UNSIGNED_SHORT ? Fetch<std::uint16_t>(from)
-                                                         : Fetch<std::uint32_t>(from);
-        vertices.push_back(FromArrays(static_cast<std::size_t>(index)));
-    }
     Draw(mode, std::move(vertices), true);
 }
 

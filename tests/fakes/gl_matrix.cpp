@@ -153,32 +153,9 @@ void glLoadMatrixf(const GLfloat* m) {
     if (OutsideOfBegin("glLoadMatrixf")) CurrentMatrix() = Read(m);
 }
 
-void glLoadMatrixd(const GLdouble* m) {
-    Record("glLoadMatrixd", {m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12],
-                             m[13], m[14], m[15]});
-    if (OutsideOfBegin("glLoadMatrixd")) CurrentMatrix() = Read(m);
-}
-
-void glMultMatrixf(const GLfloat* m) {
-    Record("glMultMatrixf", {m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12],
-                             m[13], m[14], m[15]});
-    if (OutsideOfBegin("glMultMatrixf")) MultiplyCurrent(Read(m));
-}
-
-void glMultMatrixd(const GLdouble* m) {
-    Record("glMultMatrixd", {m[0], m[1], m[2], m[3], m[4], m[5], m[6], m[7], m[8], m[9], m[10], m[11], m[12],
-                             m[13], m[14], m[15]});
-    if (OutsideOfBegin("glMultMatrixd")) MultiplyCurrent(Read(m));
-}
-
 void glTranslatef(GLfloat x, GLfloat y, GLfloat z) {
     Record("glTranslatef", {x, y, z});
     if (OutsideOfBegin("glTranslatef")) Translate(x, y, z);
-}
-
-void glTranslated(GLdouble x, GLdouble y, GLdouble z) {
-    Record("glTranslated", {x, y, z});
-    if (OutsideOfBegin("glTranslated")) Translate(x, y, z);
 }
 
 void glScalef(GLfloat x, GLfloat y, GLfloat z) {
@@ -186,19 +163,9 @@ void glScalef(GLfloat x, GLfloat y, GLfloat z) {
     if (OutsideOfBegin("glScalef")) Scale(x, y, z);
 }
 
-void glScaled(GLdouble x, GLdouble y, GLdouble z) {
-    Record("glScaled", {x, y, z});
-    if (OutsideOfBegin("glScaled")) Scale(x, y, z);
-}
-
 void glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z) {
     Record("glRotatef", {angle, x, y, z});
     if (OutsideOfBegin("glRotatef")) Rotate(angle, x, y, z);
-}
-
-void glRotated(GLdouble angle, GLdouble x, GLdouble y, GLdouble z) {
-    Record("glRotated", {angle, x, y, z});
-    if (OutsideOfBegin("glRotated")) Rotate(angle, x, y, z);
 }
 
 void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdouble near_val,
@@ -214,23 +181,6 @@ void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdou
     matrix[12] = -(right + left) / (right - left);
     matrix[13] = -(top + bottom) / (top - bottom);
     matrix[14] = -(far_val + near_val) / (far_val - near_val);
-    MultiplyCurrent(matrix);
-}
-
-void glFrustum(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdouble near_val,
-               GLdouble far_val) {
-    Record("glFrustum", {left, right, bottom, top, near_val, far_val});
-    if (!OutsideOfBegin("glFrustum")) return;
-    if (left == right || bottom == top || near_val == far_val || near_val <= 0 || far_val <= 0)
-        return Misuse(GL_INVALID_VALUE, "glFrustum of an impossible frustum");
-    Mat4 matrix{};
-    matrix[0] = 2 * near_val / (right - left);
-    matrix[5] = 2 * near_val / (top - bottom);
-    matrix[8] = (right + left) / (right - left);
-    matrix[9] = (top + bottom) / (top - bottom);
-    matrix[10] = -(far_val + near_val) / (far_val - near_val);
-    matrix[11] = -1;
-    matrix[14] = -2 * far_val * near_val / (far_val - near_val);
     MultiplyCurrent(matrix);
 }
 

@@ -125,11 +125,6 @@ void glDisable(GLenum cap) {
     Switch("glDisable", cap, false);
 }
 
-GLboolean glIsEnabled(GLenum cap) {
-    Record("glIsEnabled", {Constant(cap)});
-    return gl().Enabled(cap) ? GL_TRUE : GL_FALSE;
-}
-
 void glDepthMask(GLboolean flag) {
     Record("glDepthMask", {Truth(flag)});
     if (OutsideOfBegin("glDepthMask")) gl().depth_mask = flag != GL_FALSE;
@@ -176,35 +171,6 @@ void glFlush() {
 void glFinish() {
     JustRecord("glFinish");
 }
-void glAlphaFunc(GLenum func, GLclampf ref) {
-    JustRecord("glAlphaFunc", {Constant(func), ref});
-}
-void glCullFace(GLenum mode) {
-    JustRecord("glCullFace", {Constant(mode)});
-}
-void glFrontFace(GLenum mode) {
-    JustRecord("glFrontFace", {Constant(mode)});
-}
-void glLineWidth(GLfloat width) {
-    JustRecord("glLineWidth", {width});
-}
-void glPointSize(GLfloat size) {
-    JustRecord("glPointSize", {size});
-}
-void glPolygonMode(GLenum face, GLenum mode) {
-    JustRecord("glPolygonMode", {Constant(face), Constant(mode)});
-}
-void glReadBuffer(GLenum mode) {
-    JustRecord("glReadBuffer", {Constant(mode)});
-}
-void glDrawBuffer(GLenum mode) {
-    JustRecord("glDrawBuffer", {Constant(mode)});
-}
-
-void glColorMask(GLboolean red, GLboolean green, GLboolean blue, GLboolean alpha) {
-    JustRecord("glColorMask", {Truth(red), Truth(green), Truth(blue), Truth(alpha)});
-}
-
 void glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
     JustRecord("glScissor", {x, y, width, height});
 }
@@ -222,22 +188,11 @@ void glGetIntegerv(GLenum pname, GLint* params) {
         [](double number) { return static_cast<GLint>(std::lround(number)); });
 }
 
-void glGetBooleanv(GLenum pname, GLboolean* params) {
-    Get("glGetBooleanv", pname, params,
-        [](double number) { return static_cast<GLboolean>(number != 0 ? GL_TRUE : GL_FALSE); });
-}
-
 GLenum glGetError() {
     Record("glGetError");
     const GLenum error = gl().error;
     gl().error = GL_NO_ERROR;
     return error;
-}
-
-const GLubyte* glGetString(GLenum name) {
-    Record("glGetString", {Constant(name)});
-    const char* text = name == GL_VERSION ? "1.5 fake" : name == GL_EXTENSIONS ? "" : "fake";
-    return reinterpret_cast<const GLubyte*>(text);
 }
 
 }  // extern "C"

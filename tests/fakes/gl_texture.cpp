@@ -163,22 +163,9 @@ void glTexParameteri(GLenum target, GLenum pname, GLint param) {
         Misuse(GL_INVALID_ENUM, "glTexParameteri of an unknown parameter");
 }
 
-void glTexParameterf(GLenum target, GLenum pname, GLfloat param) {
-    const auto value = static_cast<GLint>(param);
-    Record("glTexParameterf", {Constant(target), Constant(pname), Constant(static_cast<GLenum>(value))});
-    if (!IsModelled("glTexParameterf", target)) return;
-    if (!SetParameter(BoundTexture(), pname, value))
-        Misuse(GL_INVALID_ENUM, "glTexParameterf of an unknown parameter");
-}
-
 void glTexEnvi(GLenum target, GLenum pname, GLint param) {
     Record("glTexEnvi", {Constant(target), Constant(pname), Constant(static_cast<GLenum>(param))});
     OutsideOfBegin("glTexEnvi");
-}
-
-void glTexEnvf(GLenum target, GLenum pname, GLfloat param) {
-    Record("glTexEnvf", {Constant(target), Constant(pname), Constant(static_cast<GLenum>(param))});
-    OutsideOfBegin("glTexEnvf");
 }
 
 void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height,
@@ -203,47 +190,6 @@ void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei widt
     texture.type = type;
     texture.pixels = std::move(bytes);
     texture.copied_from_frame = false;
-}
-
-void glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width, GLsizei height,
-                     GLenum format, GLenum type, const GLvoid* pixels) {
-    const bool allowed = IsModelled("glTexSubImage2D", target) && width >= 0 && height >= 0;
-    std::vector<std::uint8_t> bytes;
-    if (allowed) bytes = ImageBytes(pixels, width, height, format, type, gl().unpack_alignment);
-    Record("glTexSubImage2D",
-           {Constant(target), level, xoffset, yoffset, width, height, Constant(format), Constant(type)}, {},
-           bytes);
-    if (!allowed || level != 0) return;
-    if (!IsInside(xoffset, yoffset, width, height))
-        return Misuse(GL_INVALID_VALUE, "glTexSubImage2D outside of the texture");
-    Texture& texture = BoundTexture();
-    if (texture.format != format || texture.type != type) return;  // conversions are not modelled
-    const auto pixel = static_cast<std::size_t>(PixelSize(format, type));
-    const std::size_t row = static_cast<std::size_t>(width) * pixel;
-    texture.pixels.resize(static_cast<std::size_t>(texture.width) * static_cast<std::size_t>(texture.height) *
-                          pixel);
-    for (GLsizei y = 0; y < height; ++y) {
-        const auto to = (static_cast<std::size_t>(yoffset + y) * static_cast<std::size_t>(texture.width) +
-                         static_cast<std::size_t>(xoffset)) *
-                        pixel;
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(static_cast<std::size_t>(y) * row), row,
-                    texture.pixels.begin() + static_cast<std::ptrdiff_t>(to));
-    }
-}
-
-void glCopyTexImage2D(GLenum target, GLint level, GLenum internalFormat, GLint x, GLint y, GLsizei width,
-                      GLsizei height, GLint border) {
-    Record("glCopyTexImage2D",
-           {Constant(target), level, Constant(internalFormat), x, y, width, height, border});
-    if (!IsModelled("glCopyTexImage2D", target) || !IsSizeAllowed("glCopyTexImage2D", width, height)) return;
-    Texture& texture = BoundTexture();
-    texture.levels.insert(level);
-    if (level != 0) return;
-    texture.width = width;
-    texture.height = height;
-    texture.internal_format = static_cast<GLint>(internalFormat);
-    texture.pixels.clear();
-    texture.copied_from_frame = true;
 }
 
 void glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,

@@ -69,18 +69,6 @@ void gluPerspective(GLdouble fovy, GLdouble aspect, GLdouble zNear, GLdouble zFa
     MultiplyCurrent(matrix);
 }
 
-void gluOrtho2D(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top) {
-    Record("gluOrtho2D", {left, right, bottom, top});
-    if (!OutsideOfBegin("gluOrtho2D")) return;
-    Mat4 matrix = Identity();
-    matrix[0] = 2 / (right - left);
-    matrix[5] = 2 / (top - bottom);
-    matrix[10] = -1;
-    matrix[12] = -(right + left) / (right - left);
-    matrix[13] = -(top + bottom) / (top - bottom);
-    MultiplyCurrent(matrix);
-}
-
 GLint gluProject(GLdouble objX, GLdouble objY, GLdouble objZ, const GLdouble* model, const GLdouble* proj,
                  const GLint* view, GLdouble* winX, GLdouble* winY, GLdouble* winZ) {
     Record("gluProject", {objX, objY, objZ});
@@ -129,11 +117,6 @@ GLint gluBuild2DMipmaps(GLenum target, GLint internalFormat, GLsizei width, GLsi
     int level = 0;
     for (int size = std::max(width, height); size > 0; size /= 2) texture.levels.insert(level++);
     return 0;
-}
-
-const GLubyte* gluErrorString(GLenum error) {
-    Record("gluErrorString", {error});
-    return reinterpret_cast<const GLubyte*>(error == GL_NO_ERROR ? "no error" : "some error");
 }
 
 }  // extern "C"

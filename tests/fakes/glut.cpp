@@ -88,74 +88,17 @@ int glutCreateWindow(const char* title) {
     return glut().current_window;
 }
 
-void glutDestroyWindow(int window) {
-    Record("glutDestroyWindow", {window});
-    if (glut().current_window == window) glut().current_window = 0;
-}
-
-void glutSetWindow(int window) {
-    Record("glutSetWindow", {window});
-    glut().current_window = window;
-}
-
-int glutGetWindow() {
-    Record("glutGetWindow");
-    return glut().current_window;
-}
-
 void glutSetWindowTitle(const char* title) {
     Record("glutSetWindowTitle", {}, title);
 }
-void glutSetIconTitle(const char* title) {
-    Record("glutSetIconTitle", {}, title);
-}
-void glutReshapeWindow(int width, int height) {
-    Record("glutReshapeWindow", {width, height});
-}
-void glutPositionWindow(int x, int y) {
-    Record("glutPositionWindow", {x, y});
-}
-void glutShowWindow() {
-    Record("glutShowWindow");
-}
-void glutHideWindow() {
-    Record("glutHideWindow");
-}
-void glutIconifyWindow() {
-    Record("glutIconifyWindow");
-}
-void glutSetCursor(int cursor) {
-    Record("glutSetCursor", {cursor});
-}
-void glutWarpPointer(int x, int y) {
-    Record("glutWarpPointer", {x, y});
-}
-void glutIgnoreKeyRepeat(int ignore) {
-    Record("glutIgnoreKeyRepeat", {ignore});
-}
-
 void glutMainLoop() {
     Record("glutMainLoop");
     ++glut().main_loops;
     if (glut().main_loop) glut().main_loop();
 }
 
-void glutMainLoopEvent() {
-    Record("glutMainLoopEvent");
-}
-
-void glutLeaveMainLoop() {
-    Record("glutLeaveMainLoop");
-    glut().left_main_loop = true;
-}
-
 void glutPostRedisplay() {
     Record("glutPostRedisplay");
-    ++glut().redisplays;
-}
-
-void glutPostWindowRedisplay(int window) {
-    Record("glutPostWindowRedisplay", {window});
     ++glut().redisplays;
 }
 
@@ -172,26 +115,6 @@ int glutGet(GLenum query) {
         if (found != table.end()) return found->second;
     }
     return 0;
-}
-
-int glutGetModifiers() {
-    Record("glutGetModifiers");
-    return glut().modifiers;
-}
-
-void glutSetOption(GLenum option_flag, int value) {
-    Record("glutSetOption", {option_flag, value});
-    glut().options[option_flag] = value;
-}
-
-int glutExtensionSupported(const char* extension) {
-    Record("glutExtensionSupported", {}, extension);
-    return 0;
-}
-
-GLUTproc glutGetProcAddress(const char* procName) {
-    Record("glutGetProcAddress", {}, procName);
-    return nullptr;
 }
 
 void glutDisplayFunc(void (*callback)()) {
@@ -254,11 +177,6 @@ void glutTimerFunc(unsigned int time, void (*callback)(int), int value) {
 void glutBitmapCharacter(void* font, int character) {
     Record("glutBitmapCharacter", {character});
     glut().bitmap_characters.push_back({font, character, gl().raster.x, gl().raster.y});
-}
-
-int glutBitmapWidth(void* /*font*/, int character) {
-    Record("glutBitmapWidth", {character});
-    return 12;
 }
 
 }  // extern "C"

@@ -68,13 +68,10 @@ struct Glut {
     int redisplays = 0;
     int swaps = 0;
     int main_loops = 0;
-    bool left_main_loop = false;
-    std::map<GLenum, int> options;    ///< by glutSetOption
     std::map<GLenum, int> get_calls;  ///< how often glutGet was asked for each
 
     // What tests set. By default the screen is 1920 x 1080, the window 300 x 300 at (100, 100).
     std::map<GLenum, int> get;
-    int modifiers = 0;
     std::function<void()> main_loop;
 
     /// Calls every timer that waits now once and forgets it; timers set meanwhile stay waiting.

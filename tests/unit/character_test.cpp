@@ -1,5 +1,6 @@
-// Index: the scene, pointer and eyes, breathing, quiz offer, blinking, stare, poses, pointer over the canvas,
-// sleep, laughing, attention, hat and thought bubble, the end of the frame, effects, long runs.
+// Index: the scene, pointer and eyes, breathing, first delays, all timers, quiz offer, blinking, stare,
+// poses, pointer over the canvas, sleep, laughing, attention, hat and thought bubble, the end of the frame,
+// effects, long runs.
 #include "app/character.h"
 
 #include <GL/gl.h>
@@ -533,6 +534,65 @@ TEST_F(CharacterTest, TimersThatRingInOneFrameDrawTheirNewDelaysInTheSameOrder) 
     EXPECT_FLOAT_EQ(character.next_std, 4.4F);
     EXPECT_FLOAT_EQ(character.next_swap, 11.5F);  // of pose B, although the offer brings pose A back
     EXPECT_EQ(anim, kStanding);
+}
+
+// ---- All timers ----
+
+TEST_F(CharacterTest, TheOwlsFourTimersRunWhateverItDoes) {
+    struct Case {
+        const char* state;
+        int pose = kStanding;
+        int stage = 0;
+        float seconds = 0;  ///< into the stage and the laugh
+        bool laugh_wanted = false;
+        bool laugh = false;
+        bool notice = false;
+        bool offer = false;
+        bool pointer_over = false;
+    };
+    const std::vector<Case> cases = {
+        {.state = "standing"},
+        {.state = "perching", .pose = kPerching},
+        {.state = "falling asleep", .pose = kSleeping},
+        {.state = "falling asleep, second stage", .pose = kSleeping, .stage = 1},
+        {.state = "fast asleep", .pose = kSleeping, .stage = 2},
+        {.state = "waking", .pose = kSleeping, .stage = 3},
+        {.state = "waking, its end", .pose = kSleeping, .stage = 3, .seconds = 1},
+        {.state = "laugh, its start", .laugh_wanted = true},
+        {.state = "laugh", .laugh = true},
+        {.state = "laugh, its end", .seconds = 15.5F, .laugh = true},
+        {.state = "notice", .notice = true},
+        {.state = "notice during a laugh", .laugh = true, .notice = true},
+        {.state = "notice during sleep", .pose = kSleeping, .stage = 2, .notice = true},
+        {.state = "offer", .offer = true},
+        {.state = "pointer over the canvas", .pointer_over = true},
+        {.state = "pointer over the canvas, perching", .pose = kPerching, .pointer_over = true},
+        {.state = "pointer over the canvas, asleep", .pose = kSleeping, .stage = 2, .pointer_over = true},
+    };
+    const CharacterState calm = character;
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.state);
+        character = calm;
+        character.sqt = 0.5F;
+        character.cet = 0.75F;
+        character.ste = 1.5F;
+        character.swap_te = 2;
+        anim = row.pose;
+        character.sleep_state = row.stage;
+        character.te = character.lte = row.seconds;
+        spawn_laugh = row.laugh_wanted;
+        character.laugh = row.laugh;
+        new_notify = row.notice;
+        spawn_question = row.offer;
+        PointAt(row.pointer_over ? 256 : -4000, 256);
+
+        RunFrame(0.125F);
+
+        EXPECT_EQ(character.sqt, row.offer ? 0 : 0.625F);  // stands still only while an offer shows
+        EXPECT_EQ(character.cet, 0.875F);
+        EXPECT_EQ(character.ste, 1.625F);
+        EXPECT_EQ(character.swap_te, 2.125F);
+    }
 }
 
 // ---- Quiz offer ----
@@ -1096,6 +1156,50 @@ TEST_F(CharacterTest, WakingOpensTheEyesAfterTheLengthOfABlink) {
     EXPECT_TRUE(IsDrawn(owl[2]));
 }
 
+// Only the end of waking goes back to the first stage; a sleep that ended otherwise is gone on with.
+TEST_F(CharacterTest, AnewAsleepByLotTheOwlGoesOnWithTheStageAndTheSecondItHad) {
+    for (const int stage : {0, 1, 2}) {
+        anim = kStanding;
+        character.sleep_state = stage;
+        character.te = 0.5F;
+        character.next_swap = 20;
+        character.swap_te = 21;
+        fakes::world().rand_values = {kSleeping, 0};
+
+        RunFrame(0.25F);
+
+        EXPECT_EQ(anim, kSleeping);
+        EXPECT_EQ(character.sleep_state, stage);
+        EXPECT_EQ(character.te, stage == 2 ? 0.5F : 0.75F);
+    }
+}
+
+TEST_F(CharacterTest, ThePoseTimerThatWakesTheOwlDoesNotBeginTheStagesSecondAgain) {
+    FallAsleep();
+    character.te = 0.5F;
+    character.next_swap = 30;
+    character.swap_te = 31;
+
+    RunFrame(0.25F);
+
+    EXPECT_EQ(character.sleep_state, 3);
+    EXPECT_EQ(character.te, 0.75F);
+}
+
+TEST_F(CharacterTest, AwakeThePointerOverTheCanvasKeepsTheStageOfTheLastSleep) {
+    for (const int pose : {kStanding, kPerching}) {
+        anim = pose;
+        character.sleep_state = 2;
+        character.te = 0.5F;
+        PutThePointerOverTheCanvas();
+
+        RunFrame(0.25F);
+
+        EXPECT_EQ(character.sleep_state, 2);
+        EXPECT_EQ(character.te, 0.5F);
+    }
+}
+
 TEST_F(CharacterTest, AwakeTheStagesClockStandsStill) {
     character.te = 0.5F;
 
@@ -1195,6 +1299,45 @@ TEST_F(CharacterTest, LaughingBringsPoseBAndSleepToPoseA) {
     }
 }
 
+TEST_F(CharacterTest, ALaughKeepsTheStageOfTheSleepThatItEnds) {
+    for (const int pose : {kStanding, kSleeping}) {
+        anim = pose;
+        character.sleep_state = 2;
+        character.te = 0.5F;
+        spawn_laugh = true;
+
+        RunFrame(0.25F);
+
+        EXPECT_EQ(anim, kStanding);
+        EXPECT_EQ(character.sleep_state, 2);
+        EXPECT_EQ(character.te, 0.5F);
+    }
+}
+
+TEST_F(CharacterTest, WakingComesToItsEndInTheFrameInWhichALaughStarts) {
+    anim = kSleeping;
+    character.sleep_state = 3;
+    character.te = 0.875F;
+    spawn_laugh = true;
+
+    RunFrame(0.25F);
+
+    EXPECT_EQ(character.sleep_state, 0);
+    EXPECT_EQ(character.te, 0);
+}
+
+TEST_F(CharacterTest, ThePointerOverTheCanvasWakesTheOwlBeforeALaughDoes) {
+    FallAsleep();
+    PutThePointerOverTheCanvas();
+    spawn_laugh = true;
+
+    RunFrame(0.25F);
+
+    EXPECT_EQ(anim, kStanding);
+    EXPECT_EQ(character.sleep_state, 3);
+    EXPECT_EQ(character.te, 0.25F);
+}
+
 TEST_F(CharacterTest, LaughingTheEyesStayShutForTheWholeLaugh) {
     spawn_laugh = true;
     for (int frame = 0; frame < 8 * 15; ++frame) {
@@ -1216,6 +1359,20 @@ TEST_F(CharacterTest, ALaughLastsFifteenAndAHalfSecondsAndStillLastsAtThem) {
     EXPECT_FALSE(character.laugh);
     EXPECT_EQ(character.lte, 0);
     EXPECT_TRUE(IsDrawn(owl_ce[0])) << "the last frame still laughs";
+}
+
+TEST_F(CharacterTest, ALaughsSoundPlaysOnWhereverTheLaughEnds) {
+    for (const bool notice : {false, true}) {
+        AudioEngine.spawn_static(0, "laugh.wav", false);
+        character.laugh = true;
+        character.lte = notice ? 5 : 15.5F;
+        new_notify = notice;
+
+        RunFrame(0.125F);
+
+        EXPECT_FALSE(character.laugh);
+        EXPECT_EQ(SoundsPlaying(), 1U) << (notice ? "by a notice" : "by itself");
+    }
 }
 
 TEST_F(CharacterTest, AfterALaughTheEyesOpenAndFollowAgain) {
@@ -1446,7 +1603,7 @@ class EffectsTest : public CharacterTest {
   protected:
     void SetUp() override {
         CharacterTest::SetUp();
-        WriteEffect("sleep.zfx", 1, 0);
+        WriteEffect("sleep.zfx", 1, 1);
         WriteEffect("smoke.zfx", 2, 1);
         sleep_fx.load("sleep.zfx");
         smoke_fx.load("smoke.zfx");
@@ -1459,14 +1616,28 @@ class EffectsTest : public CharacterTest {
         CharacterTest::TearDown();
     }
 
-    /// Returns the particles drawn by the last frame, canvas units: what has the texture of an effect, which
-    /// GL has named, and not the fixture.
+    /// Returns the particles drawn by the last frame: what has the texture of an effect, which GL has named,
+    /// and not the fixture.
+    static std::vector<fakes::Primitive> Drawn() {
+        std::vector<fakes::Primitive> particles;
+        for (const fakes::Primitive& drawn : fakes::gl().primitives) {
+            if (0 < drawn.texture && drawn.texture < 100) particles.push_back(drawn);
+        }
+        return particles;
+    }
+
+    /// Returns their places, canvas units.
     static std::vector<fakes::Rect> Particles() {
         std::vector<fakes::Rect> places;
-        for (const fakes::Primitive& drawn : fakes::gl().primitives) {
-            if (0 < drawn.texture && drawn.texture < 100) places.push_back(fakes::Bounds(drawn));
-        }
+        for (const fakes::Primitive& drawn : Drawn()) places.push_back(fakes::Bounds(drawn));
         return places;
+    }
+
+    /// Expects that one particle is drawn, and in the canvas's plane.
+    static void ExpectOneInThePlane() {
+        const std::vector<fakes::Primitive> particles = Drawn();
+        ASSERT_EQ(particles.size(), 1U);
+        for (const fakes::Vertex& corner : particles[0].vertices) EXPECT_EQ(corner.eye[2], 0);
     }
 };
 
@@ -1477,7 +1648,19 @@ TEST_F(EffectsTest, ASleepingOwlSnoresOverItsHead) {
 
     RunFrame(0.125F);
 
-    EXPECT_EQ(Particles(), (Places{{271 + 36 - 50, 265 + 130 - 50, 271 + 36 + 50, 265 + 130 + 50}}));
+    const double moved = 0.125 * 50;  // one unit of its size a second
+    EXPECT_EQ(Particles(),
+              (Places{{271 + 36 - 50 + moved, 265 + 130 - 50, 271 + 36 + 50 + moved, 265 + 130 + 50}}));
+}
+
+TEST_F(EffectsTest, LieInThePlaneOfTheCanvas) {
+    FallAsleep();
+    RunFrame(0.125F);
+    ExpectOneInThePlane();
+
+    spawn_question = true;
+    RunFrame(0.125F);
+    ExpectOneInThePlane();
 }
 
 TEST_F(EffectsTest, AnOwlThatIsNotFastAsleepDoesNotSnore) {
@@ -1534,6 +1717,18 @@ TEST_F(EffectsTest, TheSmokeVanishesWithTheOffer) {
     EXPECT_EQ(Particles().size(), 1U);
 }
 
+TEST_F(EffectsTest, AnOfferStillSmokesInTheFrameInWhichItsTimeIsUp) {
+    spawn_question = true;
+    character.sqte = 20;
+
+    RunFrame(0.125F);
+    EXPECT_FALSE(spawn_question);
+    EXPECT_EQ(Particles().size(), 1U);
+
+    RunFrame(0.125F);
+    EXPECT_TRUE(Particles().empty());
+}
+
 TEST_F(EffectsTest, AreDrawnAfterTheMenuAndTheNotices) {
     spawn_question = true;
 
@@ -1566,6 +1761,19 @@ TEST_F(CharacterTest, AnOfferMadeWithSoundSwitchedOffStaysSilentAlsoWhenItIsSwit
     enable_sfx = true;
     RunFrame(0.125F);
     EXPECT_EQ(SoundsStarted(), Sounds());
+}
+
+TEST_F(CharacterTest, AnOffersSoundPlaysOnWhenItsTimeIsUp) {
+    spawn_question = true;
+    RunFrame(0.125F);
+    character.sqte = 20;
+
+    RunFrame(0.125F);
+    EXPECT_FALSE(spawn_question);
+    EXPECT_EQ(SoundsPlaying(), 1U);
+
+    RunFrame(0.125F);
+    EXPECT_EQ(SoundsPlaying(), 1U);
 }
 
 TEST_F(CharacterTest, AnOfferCutsOffALaughsSound) {

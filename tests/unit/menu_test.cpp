@@ -301,6 +301,27 @@ TEST_F(MenuTest, TheSecondItemRaisesAQuizOffer) {
     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{}));
 }
 
+TEST_F(MenuTest, TheSecondItemLeavesAnOfferThatStandsAsItIs) {
+    spawn_question = true;
+    character.sqte = 5;
+    character.play_sfx = true;
+
+    Click(1);
+
+    EXPECT_TRUE(spawn_question);
+    EXPECT_EQ(character.sqte, 5) << "its 20 seconds do not begin again";
+    EXPECT_TRUE(character.play_sfx) << "it does not sound again";
+}
+
+TEST_F(MenuTest, TheFirstItemLeavesAnOfferToThePanel) {
+    spawn_question = true;
+
+    Click(0);
+
+    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_TRUE(spawn_question);
+}
+
 TEST_F(MenuTest, TheThirdItemOpensTheSearchSite) {
     Click(2);
 

@@ -492,6 +492,35 @@ TEST_F(NotificationsTest, TheButtonReachesToItsEdgesAndNotOntoThem) {
     }
 }
 
+TEST_F(NotificationsTest, AClickLeavesAnOfferToThePanelThatItOpens) {
+    for (const bool due : {false, true}) {
+        if (due) Add(DueIn(20));
+        menu_case_id = -1;
+        spawn_question = true;
+
+        ClickButton();
+        EXPECT_EQ(menu_case_id, due ? 2 : 3);
+        EXPECT_TRUE(spawn_question);
+
+        Frame();
+        EXPECT_FALSE(spawn_question);
+    }
+}
+
+TEST_F(NotificationsTest, OpeningAnEventLetsTheAnimationClockRunOn) {
+    for (const Event& event : {DueIn(20), MakeReminder("r", 0, 4000)}) {
+        events.clear();
+        Add(event);
+        menu_case_id = -1;
+        character.bt = 4.5F;
+
+        ClickButton();
+
+        EXPECT_NE(menu_case_id, -1);
+        EXPECT_EQ(character.bt, 4.5F);
+    }
+}
+
 TEST_F(NotificationsTest, WithoutANoticeAClickThereOpensNothing) {
     Add(DueIn(500));
     edit_event = &events.front();
@@ -652,6 +681,17 @@ TEST_F(NotificationsTest, SoundsBetweenItsButtonAndItsBadge) {
     ASSERT_EQ(badge.size(), 1U);
     EXPECT_LT(bell[0].log_index, sound);
     EXPECT_LT(sound, badge[0].log_index);
+}
+
+TEST_F(NotificationsTest, SwitchingSoundOffStopsTheSoundThatPlays) {
+    Add(DueIn(-1));
+    Frame(0.25F);
+    ASSERT_EQ(SoundsPlaying(), 1U);
+
+    ClickAt(44, 45);
+
+    EXPECT_FALSE(enable_sfx);
+    EXPECT_EQ(SoundsPlaying(), 0U);
 }
 
 TEST_F(NotificationsTest, OpeningTheEventLetsTheSoundPlayOn) {

@@ -1,11 +1,16 @@
 #include "app/shell.h"
 
 #include <GL/freeglut.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "engine/Sound.h"
@@ -20,6 +25,27 @@ int UlmaroMain(int argc, char** argv);
 namespace {
 
 using Calls = std::vector<std::string>;
+
+/// Runs a part of the program and returns whether a condition holds at the moment at which it opens that file
+/// to read it. The file is a pipe: who opens it waits for the other end, where a thread of the test asks for
+/// the condition first. False where the file is never opened.
+template <typename Run, typename Condition>
+bool HoldsWhenOpened(const char* file, Run run, Condition condition) {
+    EXPECT_EQ(mkfifo(file, S_IRUSR | S_IWUSR), 0);
+    std::atomic<bool> ended = false;
+    bool holds = false;
+    std::thread other_end([&] {
+        const int pipe = open(file, O_WRONLY | O_CLOEXEC);
+        holds = !ended && condition();
+        close(pipe);
+    });
+    run();
+    ended = true;
+    const int release = open(file, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // lets a thread go that still waits
+    other_end.join();
+    close(release);
+    return holds;
+}
 
 // ---- main ----
 
@@ -48,6 +74,13 @@ TEST_F(MainTest, StartsWindowThenSoundThenAssetsThenCallbacksThenTheLoop) {
                      "glShadeModel", "glutDisplayFunc", "glutReshapeFunc", "glutSpecialFunc",
                      "glutSpecialUpFunc", "glutMouseFunc", "glutPassiveMotionFunc", "glutMotionFunc",
                      "glutKeyboardFunc", "glutMainLoop"}));
+}
+
+TEST_F(MainTest, MakesAPlainContextOnTheDefaultSoundDeviceCurrent) {
+    RunMain();
+
+    EXPECT_EQ(fakes::Lines({"alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent"}),
+              (Calls{"alcOpenDevice(0)", "alcCreateContext(1, 0)", "alcMakeContextCurrent(1)"}));
 }
 
 TEST_F(MainTest, EntersTheLoopAsItsLastCall) {
@@ -157,12 +190,8 @@ TEST_F(MainTest, DrawsAHiddenWindowByTheDisplayCallback) {
 
 TEST_F(MainTest, PreparesTheSoundTableBeforeTheAssets) {
     AudioEngine.initialized = false;
-    bool prepared = false;
-    fakes::glut().main_loop = [&] { prepared = AudioEngine.initialized; };
 
-    RunMain();
-
-    EXPECT_TRUE(prepared);
+    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", RunMain, [] { return AudioEngine.initialized; }));
 }
 
 TEST_F(MainTest, StartsWithoutASoundDevice) {
@@ -225,6 +254,18 @@ TEST(ProgramStartTest, TheFirstFrameAdvancesNoTimer) {
     });
 }
 
+TEST(ProgramStartTest, AnEventThatIsDueSoundsInTheFirstFrame) {
+    ExpectInFreshProcess([] {
+        const TemporaryFolder folder;
+        WriteSounds();
+        Event& reminder = events.emplace_back();
+        reminder.kind = kReminder;
+        reminder.elapsed = 4000;
+        display();
+        return SoundsStarted() == Calls{"notify.wav"};
+    });
+}
+
 // ---- init ----
 
 class InitTest : public AppTest {
@@ -255,7 +296,7 @@ TEST_F(InitTest, LoadsEveryPicture) {
     }
 }
 
-TEST_F(InitTest, LoadsTheEventsOfTheCurrentFolderAfterThePictures) {
+TEST_F(InitTest, LoadsTheEventsOfTheCurrentFolder) {
     PictureFolder::WriteBytes("database.bin", {2, 0, 0, 0});
 
     init();
@@ -294,18 +335,26 @@ TEST_F(InitTest, LetsTheEffectsBeWatchedFromTheCamera) {
     EXPECT_EQ(cam.z, 0);
 }
 
+TEST_F(InitTest, SaysWhereTheEffectsAreWatchedFromBeforeItLoadsThem) {
+    ZFX::SetWatcher(nullptr, nullptr, nullptr);
+
+    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", init, [] { return ZFX::watcher_x == &cam.x; }));
+}
+
+TEST_F(InitTest, FillsTheBankOfQuestionsAndTheListOfEventsAfterTheEffects) {
+    PictureFolder::WriteBytes("database.bin", {2, 0, 0, 0});
+    questions.clear();
+
+    EXPECT_TRUE(HoldsWhenOpened("smoke.zfx", init, [] { return questions.empty() && events.empty(); }));
+
+    EXPECT_EQ(questions.size(), 108U);
+    EXPECT_EQ(events.size(), 2U);
+}
+
 TEST_F(InitTest, GoesOnWithoutTheEffects) {
     init();
 
     EXPECT_EQ(fakes::Count("glTexImage2D"), 35U);
-}
-
-TEST_F(InitTest, FillsTheBankOfQuestionsBeforeTheListOfEvents) {
-    questions.clear();
-
-    init();
-
-    EXPECT_EQ(questions.size(), 108U);
 }
 
 // ---- display ----
