@@ -12,8 +12,7 @@
 
 namespace desktop {
 
-// ---- The store
-// ----------------------------------------------------------------------------------------------
+// ---- The store ----
 
 constexpr char kStoreFile[] = "database.bin";
 
@@ -39,8 +38,7 @@ std::string StoreBytes(const std::vector<Record>& records);
 /// Returns the events of a store; nothing but whole records.
 std::vector<Record> ReadStore(const std::string& bytes);
 
-// ---- The clock on the wall
-// ----------------------------------------------------------------------------------
+// ---- The clock on the wall ----
 
 /// The date and time that the program reads. The program's own clock, which its movements go by, is another
 /// one (see Clock).
@@ -60,8 +58,7 @@ class WallClock {
     Folder folder_;
 };
 
-// ---- The screens, canvas units
-// ------------------------------------------------------------------------------
+// ---- The screens, canvas units ----
 
 /// A place that no screen has anything to click in.
 constexpr CanvasPoint kNowhere = {200, 440};

@@ -21,8 +21,7 @@ namespace desktop {
 
 namespace files = std::filesystem;
 
-// ---- Folder
-// ---------------------------------------------------------------------------------------------------------
+// ---- Folder ----
 
 Folder::Folder() : path_((files::temp_directory_path() / "ulmaro-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) Fail("cannot make " + path_);
@@ -53,8 +52,7 @@ std::string Folder::Read(const std::string& file) const {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// ---- Desktop
-// --------------------------------------------------------------------------------------------------------
+// ---- Desktop ----
 
 namespace {
 
@@ -292,8 +290,7 @@ void Desktop::Uncover() {
     cover_ = None;
 }
 
-// ---- Program
-// --------------------------------------------------------------------------------------------------------
+// ---- Program ----
 
 namespace {
 

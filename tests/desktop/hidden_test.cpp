@@ -150,8 +150,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 [](Desktop& desk, Program&) { desk.Uncover(); }}),
     [](const auto& test) { return test.param.name; });
 
-// ---- What a frame costs
-// ---------------------------------------------------------------------------------------------
+// ---- What a frame costs ----
 
 class TheFrame : public OnDesktop {};
 

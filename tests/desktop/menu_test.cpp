@@ -144,8 +144,7 @@ class TheMenu : public OnDesktop {
     }
 };
 
-// ---- Icons and labels
-// -----------------------------------------------------------------------------------------------
+// ---- Icons and labels ----
 
 TEST_F(TheMenu, ShowsItsIconsDownTheLeftEdge) {
     Program& program = RunMenu();
@@ -224,8 +223,7 @@ TEST_F(TheMenu, CountsTheSecondsInTheStatusLine) {
     EXPECT_LT(MeanDifference(before, program.Look(), {92, 40, 512, 512}), 0.01) << "the clock is in hand";
 }
 
-// ---- Clicks
-// ---------------------------------------------------------------------------------------------------------
+// ---- Clicks ----
 
 TEST_F(TheMenu, OpensTheListOfEventsFromItsFirstItem) {
     Program& program = RunMenu();
@@ -376,8 +374,7 @@ TEST_F(TheMenu, SwitchesTheSoundOffAndOnFromItsLastItem) {
     EXPECT_LT(MeanDifference(on, on_again, IconPlace(kSound)), 0.01);
 }
 
-// ---- What a frame costs
-// ---------------------------------------------------------------------------------------------
+// ---- What a frame costs ----
 
 TEST_F(TheMenu, AsksTheServerAtMostSixTimesAFrameAlsoWithALabel) {
     Program& program = RunMenu();

@@ -49,8 +49,7 @@ class TheOwl : public OnDesktop {
 constexpr int kLarge = 900;
 constexpr int kSmall = 300;
 
-// ---- Eyes
-// -----------------------------------------------------------------------------------------------------------
+// ---- Eyes ----
 
 /// A pointer outside the window, and the way that the pupils must go.
 struct Side {
@@ -151,8 +150,7 @@ TEST_F(TheOwl, KeepsItsEyesOnAPointerOverTheWindow) {
     }
 }
 
-// ---- Breath and blink
-// -----------------------------------------------------------------------------------------------
+// ---- Breath and blink ----
 
 TEST_F(TheOwl, BreathesThreeUnitsUpAndDownInPiSeconds) {
     Program& program = RunOwl(kLarge);
@@ -186,8 +184,7 @@ TEST_F(TheOwl, BlinksForAMoment) {
     EXPECT_FALSE(shut(program.Look())) << "the eyes stay shut";
 }
 
-// ---- Sleep
-// ----------------------------------------------------------------------------------------------------------
+// ---- Sleep ----
 
 TEST_F(TheOwl, FallsAsleepInTimeAndWakesWhenThePointerEntersTheWindow) {
     Program& program = RunOwl(kSmall);

@@ -172,8 +172,7 @@ TEST_F(TheWindow, TakesKeysAndClicksBesideTheMenuWithoutHarm) {
     EXPECT_EQ(Scene().BodyIn(program.Look()).substr(0, 8), "stand_01");
 }
 
-// ---- Files
-// ----------------------------------------------------------------------------------------------------------
+// ---- Files ----
 
 TEST_F(TheWindow, FindsItsFilesInTheCurrentDirectoryAlone) {
     Start start;

@@ -177,8 +177,7 @@ Effect Load(const Showing& showing) {
 
 }  // namespace
 
-// ---- The files
-// ----------------------------------------------------------------------------------------------------------
+// ---- The files ----
 
 class BakedEffect : public testing::TestWithParam<Showing> {
   protected:
@@ -265,8 +264,7 @@ TEST_P(BakedEffect, HasStraightAlphaAndColourInClearTexels) {
     }
 }
 
-// ---- What they look like
-// ------------------------------------------------------------------------------------------------
+// ---- What they look like ----
 
 TEST_P(BakedEffect, IsNeverOverTheEyes) {
     for (const Emitter& emitter : effect_.emitters) {
@@ -396,8 +394,7 @@ TEST(SmokeEffect, KeepsOffTheThoughtBubble) {
     }
 }
 
-// ---- The tool
-// -----------------------------------------------------------------------------------------------------------
+// ---- The tool ----
 
 namespace {
 

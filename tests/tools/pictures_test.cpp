@@ -101,8 +101,7 @@ Box BoxOfDifferences(const RawPicture& a, const RawPicture& b) {
 
 }  // namespace
 
-// ---- Files
-// ----------------------------------------------------------------------------------------------------------
+// ---- Files ----
 
 class EveryPicture : public testing::TestWithParam<std::string> {};
 
@@ -149,8 +148,7 @@ TEST(Pictures, TakeLessThan32MebibytesInAll) {
     EXPECT_LT(total, 32 * kMebibyte);
 }
 
-// ---- The owl's lids
-// -------------------------------------------------------------------------------------------------
+// ---- The owl's lids ----
 
 /// A picture with open eyes; its twin has them shut.
 struct Twins {
@@ -197,8 +195,7 @@ TEST(Pictures, CloseBothEyesOfTheStandingOwl) {
     EXPECT_TRUE(lids.Holds(262.52, 374.80)) << lids;
 }
 
-// ---- The owl's pupils
-// -----------------------------------------------------------------------------------------------
+// ---- The owl's pupils ----
 
 /// A pupil's picture and where the program expects the pupil in it, as fractions of the picture, v upward.
 struct Pupil {
@@ -239,8 +236,7 @@ INSTANTIATE_TEST_SUITE_P(Eyes, Pupils,
                                          Pupil{"eye_right", 0.52504, 0.74960}),
                          [](const auto& test) { return test.param.picture; });
 
-// ---- Edges
-// ----------------------------------------------------------------------------------------------------------
+// ---- Edges ----
 
 namespace {
 
