@@ -70,6 +70,9 @@ void SetListenerOrientation(float atx, float aty, float atz, float upx, float up
 /// A folder's path with its slash at the end, put before names by GetAbsPath(); empty at start.
 extern char curr_absolute_path[512];
 
+/// The path that GetAbsPath() returned last, with nothing but zeros behind it; empty at start.
+extern char retv_absolute_path[512];
+
 /// Returns the name with that folder before it, glued without a separator and cut to 511 bytes. Overwritten
 /// by the next call.
 char* GetAbsPath(const char* name);

@@ -85,7 +85,7 @@ bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter, long& missing)
 bool MayGoOn(std::FILE* file) {
     const int next = std::getc(file);
     std::ungetc(next, file);
-    return next == '+' || next == '-' || std::isdigit(next) != 0 || std::isspace(next) != 0;
+    return next == '+' || next == '-' || std::isspace(next) != 0;
 }
 
 /// Reads the texels, the low byte of each number; what is missing is 0.
@@ -154,20 +154,20 @@ bool ReadEmitter(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
 bool ZelvarFX::load(const char* path) {
     const File file(std::fopen(path, "re"));
     if (file == nullptr || !ReadHeader(file.get())) return false;
-    emitters_.clear();
+    emitters.clear();
     long missing = 0;
     while (std::feof(file.get()) == 0) {
-        if (ReadEmitter(file.get(), emitters_.emplace_back(), missing)) continue;
-        emitters_.pop_back();
+        if (ReadEmitter(file.get(), emitters.emplace_back(), missing)) continue;
+        emitters.pop_back();
         break;
     }
     return true;
 }
 
 void ZelvarFX::render(float x, float y, float z, float size, float dt) {
-    for (ZelvarParticlesFX& emitter : emitters_) emitter.render(x, y, z, size * 0.5F, dt);
+    for (ZelvarParticlesFX& emitter : emitters) emitter.render(x, y, z, size * 0.5F, dt);
 }
 
 void ZelvarFX::reset() {
-    for (ZelvarParticlesFX& emitter : emitters_) emitter.reset();
+    for (ZelvarParticlesFX& emitter : emitters) emitter.reset();
 }

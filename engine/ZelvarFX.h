@@ -30,7 +30,9 @@ class ZelvarFX {
   public:
     /// Replaces the emitters by those of a file. Returns whether its header was accepted; if not, the effect
     /// stays as it was. A block with a damaged texture line ends the reading, and what was read before stays;
-    /// other damage leaves fields at their defaults. The old emitters' textures are not deleted.
+    /// other damage leaves fields at their defaults. Missing texels are 0, but textures that the rest of the
+    /// file cannot hold may have 4,000,000 numbers altogether: the one that goes beyond counts as damaged.
+    /// The old emitters' textures are not deleted.
     bool load(const char* path);
 
     /// Updates and draws a frame of `dt` seconds at a place of the current frame; `size` in its units.
@@ -39,6 +41,5 @@ class ZelvarFX {
     /// Starts all emitters again, without particles.
     void reset();
 
-  private:
-    std::list<ZelvarParticlesFX> emitters_;
+    std::list<ZelvarParticlesFX> emitters;  ///< in file order
 };

@@ -61,14 +61,14 @@ class ZelvarParticlesFX {
 
     Vector3d origin;  ///< read by nothing
     int texture_width = 0, texture_height = 0;
-    unsigned int texture = 0;  ///< GL's name; nothing deletes it
-    int alpha_blend = 0;       ///< 0: the colours are added to what is there; else blended over it
-    int random_rotation = 0;   ///< not 0: a fresh random roll every frame, a flicker by design
-    int loop = 1;              ///< not 0: spawns for ever
-    int particles_limit = 999;
-    float next_spawn_time = 0.02F;         ///< seconds between the last burst and the next
+    unsigned int texture = 0;       ///< GL's name; nothing deletes it
+    int alpha_blend = 0;            ///< 0: the colours are added to what is there; else blended over it
+    int random_rotation = 0;        ///< not 0: a fresh random roll every frame, a flicker by design
+    int loop = 1;                   ///< not 0: spawns for ever
+    int particles_limit = 999;      ///< most live particles, taken as unsigned; 100,000 at most in any case
+    float next_spawn_time = 0.02F;  ///< seconds between the last burst and the next
     float spawn_time[2] = {0.02F, 0.02F};  ///< min and max of that
-    int spawn_count = 1;                   ///< particles in the current burst
+    int spawn_count = 1;                   ///< particles in the current burst, 1 .. 100,000
     int spawn_particles[2] = {1, 1};       ///< min and max of that
     float position[3] = {};                ///< where render() was told to draw
     float spawn_position[6] = {};          ///< min x, y, z, max x, y, z, in units of twice the scale

@@ -79,11 +79,14 @@ void Judge::Follow(const FrameRecord& record) {
         FollowNotices(dt, marks);
         FollowPoses(dt, marks);
         FollowWaking(dt, marks);
+        FollowLetters(dt, marks);
     } else {
         calm_ = 0;
         offer_ = 0;
         waking_ = 0;
+        no_letters_ = 0;
         pose_timed_ = false;
+        Expect((marks & (kLetters | kSmoke)) == 0, "an effect is drawn without the owl, marks", marks);
     }
     last_ = marks;
 }
@@ -116,6 +119,8 @@ void Judge::FollowOffers(float dt, std::uint32_t marks) {
     if (ended && (last_ & kOwlScreen) != 0) {
         Expect(offer_ > 20 - kRounding, "an offer ended too soon, seconds", offer_);
     }
+    Expect(((marks & kSmoke) != 0) == stands,
+           "smoke is drawn (1) or missing (0) otherwise than the offer says", (marks & kSmoke) != 0 ? 1 : 0);
     offer_ = stands ? (begins ? 0 : offer_) + dt : 0;
     Expect(offer_ <= 20 + step_ + kRounding, "an offer stands too long, seconds", offer_);
 }
@@ -203,6 +208,23 @@ void Judge::FollowWaking(float dt, std::uint32_t marks) {
     if (!asleep && waking_ > 0) ++seen_.pointer_wakings;
     waking_ = asleep && pointer_inside_ ? waking_ + dt : 0;
     Expect(waking_ <= 1 + step_ + kRounding, "the owl sleeps on under the pointer, seconds", waking_);
+}
+
+/// The stages of falling asleep and of waking are a second each and end up to a step late. However they are
+/// cut short and gone on with, no sleep has more than two of them in a row.
+void Judge::FollowLetters(float dt, std::uint32_t marks) {
+    const bool asleep = (marks & kSleeps) != 0;
+    const bool letters = (marks & kLetters) != 0;
+    if (letters && (last_ & kLetters) == 0) ++seen_.letters;
+    Expect(!letters || asleep, "an owl that is awake has letters", no_letters_);
+    no_letters_ = asleep && !letters ? no_letters_ + dt : 0;
+    Expect(no_letters_ <= 2 * (1 + step_) + kRounding, "a sleep without letters, seconds", no_letters_);
+    if (!asleep || !pose_timed_) return;
+    // The first frame of falling asleep has taken a step already.
+    const bool still_dozing = pose_ < 2 - step_ - kRounding;
+    Expect(!letters || !still_dozing, "letters come too soon, seconds asleep", pose_);
+    const bool surely_asleep = pose_ > 2 * (1 + step_) + kRounding && pose_ < 30 - kRounding;
+    Expect(letters || !surely_asleep, "letters are missing, seconds asleep", pose_);
 }
 
 void Judge::Conclude() {

@@ -5,7 +5,7 @@
 // the program. Every bound is derived from the timers, which go by the frames of the owl's screen alone:
 //
 // - Offers. The next offer comes 900 to 1800 s after the end of the last, whether it came by itself or was
-//   asked for; asleep it waits for the waking. An offer stands for 20 s.
+//   asked for; asleep it waits for the waking. An offer stands for 20 s. It smokes from its first frame on.
 // - Notices. A reminder is due once 3600, 7200 or 10800 s have been added up, frame by frame in single
 //   precision as the program does, so that the very frame is known. An appointment is due from its minute on,
 //   and 60 and 30 minutes before until these notices were given; a weekly event the same on its day. While
@@ -16,6 +16,8 @@
 //   A sleep that a bubble or laughter cuts short, also before it was ever drawn, is gone on with by the next,
 //   be it at its waking; such a sleep is not timed.
 // - Waking. With the pointer over the window the owl wakes within a second.
+// - Letters. They show in a sleep's every frame but those of falling asleep, two stages of a second each, and
+//   those of waking, another second. An owl that is awake has none.
 //
 // A frame may end each of these up to one step late.
 #pragma once
@@ -47,6 +49,7 @@ struct Figures {
     int quiz_sounds = 0;
     int sleeps = 0;       ///< begun
     int calm_sleeps = 0;  ///< of them begun undisturbed
+    int letters = 0;      ///< times that letters appeared
     int pointer_wakings = 0;
     int timed_poses = 0;    ///< whose duration was checked
     int chances = 0;        ///< ends of poses undisturbed, out of which sleep could come
@@ -86,6 +89,7 @@ class Judge {
     void FollowNotices(float dt, std::uint32_t marks);
     void FollowPoses(float dt, std::uint32_t marks);
     void FollowWaking(float dt, std::uint32_t marks);
+    void FollowLetters(float dt, std::uint32_t marks);
     void EndPose(std::uint32_t pose, std::uint32_t next);
     void Complain(const std::string& text);
     void Expect(bool holds, const std::string& text, double number);
@@ -109,6 +113,7 @@ class Judge {
     bool after_sleep_ = false;       ///< the pose followed a sleep
     bool sleep_unfinished_ = false;  ///< a sleep may have been cut short before its waking
     double waking_ = 0;              ///< seconds asleep with the pointer over the window
+    double no_letters_ = 0;          ///< seconds asleep without letters so far
 };
 
 }  // namespace longrun

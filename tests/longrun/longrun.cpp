@@ -162,11 +162,11 @@ void Print(const Figures& seen, const User& user, const Follower& follower, cons
     std::printf("%d notices for %.0f s, %d sounds; %d quiz sounds, %d laughs\n", seen.notices,
                 seen.badge_seconds, seen.notice_sounds, seen.quiz_sounds, seen.laughs);
     std::printf(
-        "%d sleeps, %d of them undisturbed (%.1f an hour); %d wakings by the pointer; %d poses timed, %d of "
-        "%d could-be sleeps were\n",
+        "%d sleeps, %d of them undisturbed (%.1f an hour), letters %d times; %d wakings by the pointer; %d "
+        "poses timed, %d of %d could-be sleeps were\n",
         seen.sleeps, seen.calm_sleeps,
-        seen.calm_seconds > 0 ? 3600 * seen.calm_sleeps / seen.calm_seconds : 0, seen.pointer_wakings,
-        seen.timed_poses, seen.chances_taken, seen.chances);
+        seen.calm_seconds > 0 ? 3600 * seen.calm_sleeps / seen.calm_seconds : 0, seen.letters,
+        seen.pointer_wakings, seen.timed_poses, seen.chances_taken, seen.chances);
 }
 
 /// Lets one simulated hour pass, or what is left of the run.

@@ -39,6 +39,7 @@ constexpr Sign kPictures[] = {
     {"notify", longrun::kBadge},
     {"ic6", longrun::kOfferButton},
     {"sleep.zfx", longrun::kLetters},
+    {"smoke.zfx", longrun::kSmoke},
 };
 constexpr Sign kSounds[] = {
     {"question.wav", longrun::kOfferSound}, {"notify.wav", longrun::kNoticeSound},

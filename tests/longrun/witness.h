@@ -38,6 +38,7 @@ enum Mark : std::uint32_t {
     kLaughSound = 1U << 14,
     kQuizSound = 1U << 15,
     kLetters = 1U << 16,  ///< the z's of a sleeping owl
+    kSmoke = 1U << 17,    ///< out of the hat of an offer
 };
 
 struct FrameRecord {

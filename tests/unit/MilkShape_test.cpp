@@ -1,7 +1,6 @@
 #include "engine/MilkShape.h"
 
 #include <malloc.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,6 +20,7 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/limit_memory.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -545,12 +545,6 @@ TEST_F(MilkShapeTest, RefusesANamedPipeWithoutWaitingForItsWriter) {
 
 #ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
 
-/// Allows the process a gigabyte of addresses, as a machine of little memory would.
-void LimitMemory() {
-    constexpr rlimit kGigabyte = {1'000'000'000, 1'000'000'000};
-    if (setrlimit(RLIMIT_AS, &kGigabyte) != 0) std::abort();
-}
-
 TEST_F(MilkShapeTest, AFileLargerThanTheMemoryIsRefusedAndLeavesTheModelAsItWas) {
     MilkshapeModel model = Loaded(TwoMeshes());
     const std::string before = TextOf(model);
@@ -559,7 +553,7 @@ TEST_F(MilkShapeTest, AFileLargerThanTheMemoryIsRefusedAndLeavesTheModelAsItWas)
 
     EXPECT_EXIT(
         {
-            LimitMemory();
+            LimitMemory(kGigabyte);
             if (model.loadModelData("large.ms3d")) std::exit(1);
             std::exit(TextOf(model) == before ? 0 : 2);
         },

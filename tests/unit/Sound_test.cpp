@@ -28,6 +28,8 @@ bool NothingIsSetYet() {
     return std::all_of(AudioEngine.statics, AudioEngine.statics + AudioEngine::kSlots, IsEmpty) &&
            AudioEngine.sounds.empty() && !AudioEngine.initialized &&
            std::all_of(curr_absolute_path, curr_absolute_path + sizeof curr_absolute_path,
+                       [](char byte) { return byte == '\0'; }) &&
+           std::all_of(retv_absolute_path, retv_absolute_path + sizeof retv_absolute_path,
                        [](char byte) { return byte == '\0'; });
 }
 
@@ -535,6 +537,11 @@ TEST_F(GetAbsPathTest, PutsTheFolderBeforeTheName) {
 
     EXPECT_STREQ(GetAbsPath("laugh.wav"), "/usr/share/ulmaro/laugh.wav");
     EXPECT_STREQ(GetAbsPath(""), "/usr/share/ulmaro/");
+}
+
+TEST_F(GetAbsPathTest, ReturnsThePathInItsOwnBuffer) {
+    EXPECT_EQ(GetAbsPath("laugh.wav"), retv_absolute_path);
+    EXPECT_EQ(sizeof retv_absolute_path, kPathBytes);
 }
 
 TEST_F(GetAbsPathTest, InsertsNoSlash) {

@@ -386,6 +386,33 @@ TEST_F(EffectTest, EveryNumberOfEveryLineGoesToItsField) {
     }
 }
 
+TEST_F(EffectTest, TheBillboardingIsStoredThoughNothingReadsIt) {
+    ASSERT_TRUE(Load(kHeader + Block()));
+
+    ASSERT_EQ(effect_.emitters.size(), 1U);
+    EXPECT_EQ(effect_.emitters.front().billboarding, 2);
+    EXPECT_EQ(effect_.emitters.front().time_delay, 0.5F);
+    EXPECT_EQ(effect_.emitters.front().time_step, 0.75F);
+    EXPECT_EQ(effect_.emitters.front().loop, 0);
+}
+
+TEST_F(EffectTest, EveryEmitterKeepsACopyOfItsTimeStepAsLoaded) {
+    std::vector<Line> longer = BlockLines();
+    for (Line& line : longer) {
+        if (line.word == "time_step:") line.numbers = {1.5F};
+    }
+    ASSERT_TRUE(Load(kHeader + Block() + kTexture + TextOf(longer)));
+
+    effect_.render(0, 0, 0, 1, 10);
+    effect_.reset();
+
+    ASSERT_EQ(effect_.emitters.size(), 2U);
+    EXPECT_EQ(effect_.emitters.front().time_step_loaded, 0.75F);
+    EXPECT_EQ(effect_.emitters.front().time_step, 0.75F);
+    EXPECT_EQ(effect_.emitters.back().time_step_loaded, 1.5F);
+    EXPECT_EQ(effect_.emitters.back().time_step, 1.5F);
+}
+
 TEST_F(EffectTest, WhiteSpaceBetweenWordsAndNumbersIsFree) {
     std::string text = kHeader + Block() + Block();
     std::string wide;
@@ -515,13 +542,17 @@ TEST_F(EffectTest, MissingTexelsAre0AndTheLinesAreRead) {
 }
 
 TEST_F(EffectTest, ASignThatBelongsToNoTexelStandsForOneOf0) {
-    for (const char* texels : {"- 5 6 7\n", "-+5 6 7\n", "+ \n 5 6 7\n"}) {
+    for (const auto& [texels, expected] :
+         std::vector<std::pair<std::string, Bytes>>{{"- 5 6 7\n", {0, 5, 6, 7}},
+                                                    {"-+5 6 7\n", {0, 5, 6, 7}},
+                                                    {"+-5 6 7\n", {0, 251, 6, 7}},
+                                                    {"+ \n 5 6 7\n", {0, 5, 6, 7}}}) {
         fakes::gl().next_texture = 1;
         fakes::gl().textures.clear();
 
-        ASSERT_TRUE(Load(kHeader + Block("texture: 1 1 0\n" + std::string(texels))));
+        ASSERT_TRUE(Load(kHeader + Block("texture: 1 1 0\n" + texels)));
 
-        EXPECT_EQ(Uploads(), (std::vector<Bytes>{{0, 5, 6, 7}})) << texels;
+        EXPECT_EQ(Uploads(), std::vector<Bytes>{expected}) << texels;
         EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines())})) << texels;
     }
 }

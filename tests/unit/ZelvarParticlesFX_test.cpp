@@ -218,6 +218,10 @@ TEST(GetRate, IsThePercentOfTheTotal) {
     EXPECT_EQ(get_rate(-1, -4), 25.0F);
 }
 
+TEST(GetRate, MultipliesBeforeItDivides) {
+    EXPECT_EQ(get_rate(1, 3), 33.3333321F);  // the other order gives 33.3333359
+}
+
 TEST(GetRate, StaysWithin0And100) {
     EXPECT_EQ(get_rate(5, 4), 100.0F);
     EXPECT_EQ(get_rate(-0.1F, 4), 0.0F);
@@ -603,6 +607,17 @@ TEST_F(ParticlesTest, MoveOnFromFrameToFrame) {
         fakes::Lines({"glTranslatef"}),
         (Lines{"glTranslatef(1.25, -0.5, 0)", "glTranslatef(2.75, -1.5, 0)", "glTranslatef(4.5, -3, 0)"}));
     EXPECT_EQ(emitter.particles.front().speed, 2.0F);  // stays that at birth
+}
+
+TEST_F(ParticlesTest, AreAcceleratedByTheAccelerationTimesTheTimeTimesTheSize) {
+    ZelvarParticlesFX emitter = Emitter();
+    SetAll(emitter.particles_acceleration, 0.1F);
+
+    emitter.render(0, 0, 0, 0.7F, 0.3F);
+
+    // Any other order gives 0.0210000016.
+    EXPECT_EQ(Numbers(emitter.particles.front().velocity),
+              (std::vector<float>{0.0209999997F, 0.0209999997F, 0.0209999997F}));
 }
 
 TEST_F(ParticlesTest, StayWhereTheyWereBornWhenTheEmitterMoves) {

@@ -1,6 +1,5 @@
 #include <GL/gl.h>
 #include <malloc.h>
-#include <sys/resource.h>
 
 #include <climits>
 #include <cstddef>
@@ -16,6 +15,7 @@
 #include "engine/MacEngine.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/bitmap_files.h"
+#include "tests/unit/limit_memory.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -319,14 +319,6 @@ TEST_F(TextureTest, AnImageWithoutPixelsOrOfNegativeSizesMakesAnOpaqueTextureWit
 }
 
 #ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
-
-constexpr rlim_t kGigabyte = 1'000'000'000;
-
-/// Allows the process so many bytes of addresses, as a machine of little memory would.
-void LimitMemory(rlim_t bytes) {
-    const rlimit limit = {bytes, bytes};
-    if (setrlimit(RLIMIT_AS, &limit) != 0) std::abort();
-}
 
 // Such an image takes no real memory as long as nobody reads it: its file has no pixels.
 TEST_F(TextureTest, AnImageOfMoreBytesThanAnIntCountsMakesNoOpaqueTexture) {

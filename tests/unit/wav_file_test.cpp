@@ -4,7 +4,6 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -20,6 +19,7 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/limit_memory.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -373,8 +373,22 @@ TEST_F(WaveFileTest, AnExtensibleFormatThatIsCompressedEndsWith3) {
                 3);
 }
 
+TEST_F(WaveFileTest, TheTagInTheExtensionHasTwoBytes) {
+    for (const std::uint32_t tag : {0x0101U, 0x0301U, 0x0103U, 0x0100U}) {
+        ExpectEndOf(Wave(Chunk("fmt ", ExtensibleBytes({tag, 2, 48000, 4, 16})) + Chunk("data", kFourFrames)),
+                    3, "tag " + std::to_string(tag));
+    }
+}
+
 TEST_F(WaveFileTest, AnExtensibleFormatWithoutItsExtensionEndsWith3) {
     ExpectEndOf(Wave(FormatChunk({0xFFFE, 2, 48000, 4, 16}) + Chunk("data", kFourFrames)), 3);
+}
+
+TEST_F(WaveFileTest, WhatFollowsAnExtensibleFormatWithoutItsExtensionIsNotTakenForIt) {
+    // Where the extension would have its tag the audio begins, with that of linear PCM.
+    const std::string audio = Number(1, 2) + kFourFrames;
+
+    ExpectEndOf(Wave(FormatChunk({0xFFFE, 2, 48000, 4, 16}) + Chunk("data", audio)), 3);
 }
 
 TEST_F(WaveFileTest, CompressedFormatsEndWith3) {
@@ -480,19 +494,13 @@ TEST_F(WaveFileTest, NeitherMonoNorStereoEndsWith8) {
 
 #ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
 
-/// Allows the process a gigabyte of addresses, as a machine of little memory would.
-void LimitMemory() {
-    constexpr rlimit kGigabyte = {1UL << 30U, 1UL << 30U};
-    if (setrlimit(RLIMIT_AS, &kGigabyte) != 0) std::abort();
-}
-
 TEST_F(WaveFileTest, MoreAudioThanThereIsMemoryForEndsWith9) {
     WriteFile("sound.wav", Wave(FormatChunk() + ChunkThatSays(0x7FFFFFFE, "data", "")));
     std::filesystem::resize_file("sound.wav", 44 + 0x7FFFFFFEULL);  // with a hole: takes no place
 
     EXPECT_EXIT(
         {
-            LimitMemory();
+            LimitMemory(kGigabyte);
             Outputs out;
             Load(out);
         },
@@ -545,7 +553,7 @@ TEST_F(WaveFileTest, ADataChunkLongerThanTheFileIsToldWithoutAskingForItsMemory)
 
     EXPECT_EXIT(
         {
-            LimitMemory();
+            LimitMemory(kGigabyte);
             Outputs out;
             Load(out);
         },
