@@ -179,18 +179,10 @@ class Replay {
 
 // ---- Comparing ----
 
-/// Returns how many answers of the X server a frame waits for, on average.
-double RoundTrips(Program& program) {
-    const std::uint64_t frames = program.Frames();
-    const std::uint64_t trips = program.RoundTrips();
-    program.WaitForFrames(100);
-    return static_cast<double>(program.RoundTrips() - trips) / static_cast<double>(program.Frames() - frames);
-}
-
 /// Measures the screen that the program shows. Returns whether all is within the limits.
 bool CompareScreen(Desktop& desk, Program& program, const std::string& screen, const std::string& trace,
                    int pairs) {
-    const double trips = RoundTrips(program);
+    const double trips = program.RoundTripsPerFrame(100);
     const Replay replay(desk, trace);
     program.WaitForFrames(3);
     const double difference = bench::Difference(program.Look(), replay.Look());

@@ -403,6 +403,13 @@ void Program::WaitForFrames(std::uint64_t count, double seconds) {
     if (!process_->Running()) Fail("the program has ended; it said: " + Said());
 }
 
+double Program::RoundTripsPerFrame(std::uint64_t count) {
+    const std::uint64_t frames = Frames();
+    const std::uint64_t round_trips = RoundTrips();
+    WaitForFrames(count);
+    return static_cast<double>(RoundTrips() - round_trips) / static_cast<double>(Frames() - frames);
+}
+
 double Program::FramesPerSecond(double seconds) const {
     const double start = Now();
     const std::uint64_t before = Frames();

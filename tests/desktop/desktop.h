@@ -170,6 +170,9 @@ class Program {
     /// Returns the number of answers that the program has awaited from the X server so far.
     std::uint64_t RoundTrips() const { return probe_->round_trips; }
 
+    /// Waits for that many frames and returns how many answers each of them awaited.
+    double RoundTripsPerFrame(std::uint64_t count);
+
     /// Waits until that many more frames were drawn.
     void WaitForFrames(std::uint64_t count, double seconds = 20);
 

@@ -382,11 +382,7 @@ TEST_F(TheMenu, AsksTheServerAtMostSixTimesAFrameAlsoWithALabel) {
     program.MovePointer(Middle(kWebSite));
     ASSERT_GT(MeanDifference(before, program.Look(), LabelPlace(kWebSite)), 10) << "no label";
 
-    const std::uint64_t frames = program.Frames();
-    const std::uint64_t round_trips = program.RoundTrips();
-    program.WaitForFrames(100);
-    const double each = static_cast<double>(program.RoundTrips() - round_trips) /
-                        static_cast<double>(program.Frames() - frames);
+    const double each = program.RoundTripsPerFrame(100);
 
     RecordProperty("round_trips", std::to_string(each));
     std::printf("%.2f round trips a frame\n", each);
