@@ -16,6 +16,7 @@
 
 int main(int argc, char** argv) {
     ReturnFreedMemory();
+    SayWhyThereIsNoWindow();
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
     glutCreateWindow("Ulmaro Assistant");

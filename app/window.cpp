@@ -2,6 +2,10 @@
 
 #include <GL/freeglut.h>
 
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
 #include "app/desktop.h"
 
 namespace {
@@ -45,7 +49,21 @@ void ChooseSwapInterval(int refreshes) {
     SetSwapInterval(refreshes);
 }
 
+/// GLUT's error callback: its own words are English.
+void EndWithoutWindow(const char* format, std::va_list arguments) {
+    char reason[256];
+    if (std::vsnprintf(reason, sizeof reason, format, arguments) < 0) reason[0] = '\0';
+    std::fprintf(stderr,
+                 "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL (%s).\n",
+                 reason);
+    std::quick_exit(EXIT_FAILURE);
+}
+
 }  // namespace
+
+void SayWhyThereIsNoWindow() {
+    glutInitErrorFunc(EndWithoutWindow);
+}
 
 void KeepFramesComing(void (*frame)()) {
     window.frame = frame;

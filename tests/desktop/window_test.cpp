@@ -223,6 +223,18 @@ TEST_P(BadPictures, EndTheProgramWithOneLineThatNamesTheFile) {
     ExpectComplaint(start, bad.file, bad.reason);
 }
 
+TEST_F(TheWindow, SaysInOneLineThatThereIsNoScreen) {
+    Start start;
+    start.wait_for_window = false;
+    start.environment["DISPLAY"] = ":987";
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said(),
+              "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL "
+              "(failed to open display ':987').\n");
+}
+
 /// Returns a picture file's header for a square of `edge` pixels.
 std::string Header(std::uint32_t edge) {
     std::string size;

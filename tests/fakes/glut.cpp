@@ -64,6 +64,11 @@ void glutInit(int* pargc, char** /*argv*/) {
     Record("glutInit", {pargc != nullptr ? *pargc : 0});
 }
 
+void glutInitErrorFunc(void (*callback)(const char*, va_list)) {
+    Record("glutInitErrorFunc");
+    glut().error = callback;
+}
+
 void glutInitDisplayMode(unsigned int displayMode) {
     Record("glutInitDisplayMode", {displayMode});
     glut().display_mode = displayMode;

@@ -59,6 +59,8 @@ struct Glut {
     std::vector<Timer> timers;  ///< waiting, oldest first
     std::vector<BitmapCharacter> bitmap_characters;
 
+    void (*error)(const char*, va_list) = nullptr;
+
     // What the program asked for.
     unsigned int display_mode = 0;
     int init_width = 300, init_height = 300;  ///< GLUT's own defaults

@@ -2,6 +2,7 @@
 
 #include <GL/gl.h>
 
+#include <cstdarg>
 #include <string>
 #include <vector>
 
@@ -141,6 +142,22 @@ TEST_F(WindowTest, TheDriverIsToldOnlyWhenTheIntervalChanges) {
     PresentFrame();
 
     EXPECT_EQ(fakes::desktop().swap_intervals, (std::vector<int>{0, 1}));
+}
+
+/// Tells GLUT's error callback what GLUT would.
+void TellError(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    fakes::glut().error(format, arguments);
+    va_end(arguments);
+}
+
+TEST(WindowStartTest, WhatKeepsTheWindowFromOpeningIsSaidInOneLineAndEndsTheProgram) {
+    SayWhyThereIsNoWindow();
+
+    EXPECT_EXIT(TellError("failed to open display '%s'", ":99"), testing::ExitedWithCode(1),
+                "^Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL "
+                "\\(failed to open display ':99'\\).\n$");
 }
 
 TEST(WindowStartTest, TheFirstFrameOfAllSetsTheIntervalOfAShownWindowBeforeItSwaps) {
