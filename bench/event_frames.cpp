@@ -8,10 +8,6 @@
 // usage: event_frames [PAIRS]
 #include <X11/Xlib.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <string>
 
 #include "bench/event_mix.h"
@@ -126,11 +122,5 @@ bool CompareScreens(int pairs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int pairs = argc > 1 ? std::atoi(argv[1]) : 15;
-    try {
-        return CompareScreens(std::max(pairs, 1)) ? 0 : 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "event_frames: %s\n", error.what());
-        return 2;
-    }
+    return bench::RunComparison(argc, argv, 15, CompareScreens);
 }

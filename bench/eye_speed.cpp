@@ -10,12 +10,8 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 
-#include <algorithm>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <random>
 #include <string>
 
@@ -142,11 +138,5 @@ bool Compare(int pairs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int pairs = argc > 1 ? std::atoi(argv[1]) : 9;
-    try {
-        return Compare(std::max(pairs, 1)) ? 0 : 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "eye_speed: %s\n", error.what());
-        return 2;
-    }
+    return bench::RunComparison(argc, argv, 9, Compare);
 }

@@ -17,10 +17,6 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <map>
 #include <optional>
 #include <string>
@@ -216,11 +212,5 @@ bool CompareScreens(int pairs) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int pairs = argc > 1 ? std::atoi(argv[1]) : 15;
-    try {
-        return CompareScreens(std::max(pairs, 1)) ? 0 : 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "screen_frames: %s\n", error.what());
-        return 2;
-    }
+    return bench::RunComparison(argc, argv, 15, CompareScreens);
 }

@@ -10,11 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -118,17 +115,14 @@ bool CompareMemory(Desktop& desk) {
     return series.Print("resident memory : bare window", kMemoryLimit, "MiB");
 }
 
+bool Compare(int pairs) {
+    Desktop desk;
+    const bool good = CompareStarts(desk, pairs);
+    return CompareMemory(desk) && good;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int pairs = argc > 1 ? std::atoi(argv[1]) : 21;
-    try {
-        Desktop desk;
-        bool good = CompareStarts(desk, std::max(pairs, 1));
-        good &= CompareMemory(desk);
-        return good ? 0 : 1;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "start_and_memory: %s\n", error.what());
-        return 2;
-    }
+    return bench::RunComparison(argc, argv, 21, Compare);
 }

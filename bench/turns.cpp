@@ -2,8 +2,12 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <exception>
 #include <fstream>
 
 #include "bench/table.h"
@@ -78,6 +82,16 @@ bool CompareFrames(const std::string& what, const Runner& measured, const Runner
     }
     const bool good = real.Print(what + ", real time", limit);
     return processor.Print(what + ", processor time", limit) && good;
+}
+
+int RunComparison(int argc, char** argv, int pairs, const std::function<bool(int pairs)>& compare) {
+    if (argc > 1) pairs = std::atoi(argv[1]);
+    try {
+        return compare(std::max(pairs, 1)) ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 2;
+    }
 }
 
 }  // namespace bench

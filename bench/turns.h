@@ -48,4 +48,9 @@ class Series {
 bool CompareFrames(const std::string& what, const Runner& measured, const Runner& compared, int pairs,
                    double seconds, double limit);
 
+/// Runs a comparison as a whole program: with the number of pairs that the first argument says, else
+/// `pairs`. Returns the exit status: 0 where the comparison returns true, 1 where it does not, 2 after a line
+/// on standard error where it cannot be made.
+int RunComparison(int argc, char** argv, int pairs, const std::function<bool(int pairs)>& compare);
+
 }  // namespace bench

@@ -200,14 +200,21 @@ TEST(Disk, AReplacedFileKeepsItsPermissions) {
     EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0640U);
 }
 
-TEST(Disk, AReplacedFileIsReadableByItsOwnerWhateverItWas) {
-    Folder folder;
+/// Puts a store of three events into a folder, which its owner, nobody, may not read. Returns how nobody
+/// starts.
+Worker::Start StartOverUnreadableStore(const Folder& folder) {
     folder.Write("database.bin", FileBytes(3));
     GiveToNobody(folder.Path());
     GiveToNobody(folder.Path("database.bin"));
     files::permissions(folder.Path("database.bin"), files::perms(0));
     Worker::Start start;
     start.before = BecomeNobody;
+    return start;
+}
+
+TEST(Disk, AReplacedFileIsReadableByItsOwnerWhateverItWas) {
+    Folder folder;
+    const Worker::Start start = StartOverUnreadableStore(folder);
 
     const End first = RunWorker(folder, "load events 40 save", start);
     EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0400U);
@@ -220,12 +227,7 @@ TEST(Disk, AReplacedFileIsReadableByItsOwnerWhateverItWas) {
 
 TEST(Disk, AnUnreadableFileIsSetAside) {
     Folder folder;
-    folder.Write("database.bin", FileBytes(3));
-    GiveToNobody(folder.Path());
-    GiveToNobody(folder.Path("database.bin"));
-    files::permissions(folder.Path("database.bin"), files::perms(0));
-    Worker::Start start;
-    start.before = BecomeNobody;
+    const Worker::Start start = StartOverUnreadableStore(folder);
 
     const End end = RunWorker(folder, "load events 40 save", start);
 
