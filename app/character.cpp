@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: frame data, timers (steps in the order of Render), drawing, Render.
 #include "app/character.h"
 
@@ -15,8 +18,8 @@
 #include "engine/MacEngine.h"
 #include "engine/MotionBlur.h"
 #include "engine/Sound.h"
-#include "engine/WindowMetrics.h"
 #include "engine/vector3f.h"
+#include "engine/window_metrics.h"
 
 int anim = kStanding;
 bool spawn_question = false;

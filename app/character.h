@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The owl: its poses, its timers and the drawing of its scene.
 //
 // It breathes, blinks, looks around, changes pose, falls asleep and wakes, laughs, and puts on a hat when it

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
 // One source file fills it in for X11 (desktop_x11.cpp), the only one that includes Xlib. Tests fill it in

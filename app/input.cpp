@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "app/input.h"
 
 #include <GL/freeglut.h>
@@ -6,7 +9,7 @@
 #include <iterator>
 
 #include "app/typing.h"
-#include "engine/WindowMetrics.h"
+#include "engine/window_metrics.h"
 
 float touch_coord_x = 0;
 float touch_coord_y = 0;

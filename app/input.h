@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Pointer and keys: the GLUT callbacks and the state they leave for the frame.
 //
 // The callbacks never act. They run between frames and only write down what happened; the screens read it

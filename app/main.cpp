@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the
 // callbacks.
 #include <AL/alc.h>

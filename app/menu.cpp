@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "app/menu.h"
 
 #include <GL/gl.h>
@@ -14,8 +17,8 @@
 #include "engine/Button.h"
 #include "engine/MacEngine.h"
 #include "engine/Sound.h"
-#include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
+#include "engine/window_metrics.h"
 
 /// The developers' web site; the build may set another. The page ships with the program.
 #ifndef ULMARO_WEB_SITE

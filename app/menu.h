@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The action menu: five round icons down the left edge of the character screen, the only way into the
 // program's functions, and the status line with date and time.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The notices of due events: the pass that finds them, the button that opens them, the count.
 #pragma once
 

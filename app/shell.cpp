@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "app/shell.h"
 
 #include <GL/freeglut.h>
@@ -13,10 +16,10 @@
 #include "calendar/editor.h"
 #include "calendar/list.h"
 #include "calendar/store.h"
-#include "engine/LocalTime.h"
 #include "engine/MotionBlur.h"
-#include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
+#include "engine/local_time.h"
+#include "engine/window_metrics.h"
 #include "quiz/dialog.h"
 #include "quiz/questions.h"
 

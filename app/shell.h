@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The application shell: what lives for the whole run, the start-up and the frame.
 //
 // The window has one picture at a time: the character screen, or a panel screen over its panel picture. All

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The program's pictures: one GL texture each, loaded once at start from a raw file in the working directory.
 //
 // A raw texture file is a width and a height (unsigned 32-bit, little-endian, pixels), then width x height

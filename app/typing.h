@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Typing: brings ordinary characters to the text fields.
 //
 // The screens read key_state, one frame of keys at a time, in the order of the key codes. So that fast

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The window layer: what the window needs beside GLUT's callbacks so that the owl never goes deaf.
 //
 // GLUT stops asking for frames while its window is minimised or wholly covered. But reminders count and

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The least that a GLUT program with as many pictures does: opens a window, uploads the bytes, draws nothing.
 //
 // usage: bare_window PICTURES EDGE      (PICTURES textures of EDGE x EDGE RGBA pixels)

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Preloaded into a program that finds GL by itself, such as a replayer of traces: counts its frames in the
 // record that the desktop tests' library uses too (tests/desktop/probe.h).
 //

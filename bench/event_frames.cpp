@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What 10,000 events cost a frame: the real program with them and without, windows on one X server.
 //
 // Prints two lines a screen, of real time and of processor time: milliseconds a frame with the events and

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // How soon the eyes follow the pointer: the owl's, compared with those of xeyes.
 //
 // The pointer jumps between two corners of the screen, outside both windows, and the eyes' part of the window

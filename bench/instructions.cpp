@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // How many instructions of our own code a frame of each screen takes: those of the program's file, without
 // GL, GLUT, Xlib and the C library. Nothing is compared and no limit is set; the numbers are recorded, to see
 // a change by.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What a particle costs a frame, by the number of particles: it should not depend on it.
 //
 // One emitter for each number, all particles alive, no new ones. GL is replaced by functions that do nothing,

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What a frame of each screen costs beyond its GL calls, and how often it waits for the X server.
 //
 // The real program is recorded by apitrace while it walks through its screens. Of each screen one frame is

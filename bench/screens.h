@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // A walk through the program's screens for the benchmarks: the same steps lead every program to the same
 // pictures.
 //

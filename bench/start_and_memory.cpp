@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // How long the program takes to its first frame and how much memory it holds, compared with a bare GLUT
 // program that uploads as many bytes of pictures (bare_window.cpp).
 //

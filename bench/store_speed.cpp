@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // How fast the store is: loading compared with reading the same bytes by plain calls from a warm cache,
 // saving with writing and flushing them.
 //

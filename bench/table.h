@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The table that the benchmarks print: one line a measurement. Its columns stand at least two blanks apart,
 // so that a script can take them apart: what, measured, compared with, ratio, limit, verdict.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Measuring two programs that draw frames by turns: while one is measured the other is stopped.
 #pragma once
 

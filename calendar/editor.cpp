@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: arrows, buttons of the band, date and time, text fields, EventEditor.
 #include "calendar/editor.h"
 
@@ -9,12 +12,12 @@
 #include <string>
 
 #include "app/input.h"
+#include "app/panel.h"
 #include "app/shell.h"
 #include "app/textures.h"
 #include "calendar/events.h"
 #include "calendar/store.h"
 #include "engine/MacEngine.h"
-#include "engine/panel.h"
 
 bool force_back_hm = false;
 int edit_tf = 0;

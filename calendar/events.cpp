@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "calendar/events.h"
 
 #include <algorithm>
@@ -6,8 +9,8 @@
 #include <iterator>
 #include <limits>
 
-#include "engine/LocalTime.h"
 #include "engine/MacEngine.h"
+#include "engine/local_time.h"
 
 std::list<Event> events;
 Event* edit_event = nullptr;

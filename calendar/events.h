@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The calendar's events: the record that is edited on screen, watched for due times and stored byte for byte,
 // and the order in which events are shown.
 #pragma once

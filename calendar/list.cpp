@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "calendar/list.h"
 
 #include <GL/gl.h>
@@ -5,11 +8,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "app/panel.h"
 #include "app/shell.h"
 #include "app/textures.h"
 #include "calendar/events.h"
 #include "engine/MacEngine.h"
-#include "engine/panel.h"
 
 namespace {
 

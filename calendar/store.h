@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The store: all events in one file, "database.bin" in the working directory.
 //
 // The file is a count (32-bit, little-endian) and that many records of 572 bytes, the memory images of the

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The reader of Windows bitmap files: 2, 16 and 256 colours and 24 bits, without compression.
 //
 // Pixels come out as plain RGB, ready for a texture, rows in the order of the file: the first is the bottom

@@ -1,12 +1,15 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "engine/Button.h"
 
 #include <GL/gl.h>
 
 #include <cstdlib>
 
-#include "engine/WindowMetrics.h"
 #include "engine/canvas.h"
 #include "engine/host.h"
+#include "engine/window_metrics.h"
 
 namespace {
 

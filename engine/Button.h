@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The one widget of the interface: a textured rectangle on the canvas that lights up under the pointer and
 // reports clicks.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The stack of vertex shader callbacks: functions that model drawing code may run over each polygon.
 // An engine feature that nothing in the program engages.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The engine's kit of free helpers, chief header of the layer:
 //
 //   1. Geometry records    the triangle that mesh code fills

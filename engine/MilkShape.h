@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Triangle meshes, and their loader from MilkShape 3D's binary files (MS3D, versions 3 and 4).
 //
 // A model is groups of triangles, called meshes, over common vertices. It draws itself, or hands its

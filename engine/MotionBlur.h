@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Drawing over the whole viewport: the full-canvas picture that every screen starts from, and the
 // engine's motion blur, which lays the last frames over the new one with it.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The program's sounds: ten numbered slots, each an OpenAL source with a buffer filled from a WAVE file.
 //
 // A slot is loaded anew from its file whenever it is started, and a new sound cuts off the slot's old one.

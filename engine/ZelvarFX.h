@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Particle effects: ordered lists of emitters (ZelvarParticlesFX.h), read from ".zfx" text files.
 //
 // A file begins with "ZFX ver: 2"; then come blocks, one for each emitter, up to its end:

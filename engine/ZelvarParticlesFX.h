@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // One emitter of a particle effect: it spawns bursts of particles with random properties, moves them, fades
 // them from a start to an end colour and draws each as a textured square.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The canvas: the square of 512 x 512 units, origin at the bottom left, that all drawing happens in, whatever
 // the window's size in pixels.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Random numbers, interpolation and geometry of the engine's kit.
 
 #include <algorithm>

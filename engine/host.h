@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the engine's text and widgets need of the program that hosts them. The program defines and keeps
 // these; the engine only reads them, so that it depends on nothing above it.
 #pragma once

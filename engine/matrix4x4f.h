@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The four-by-four matrix of the engine, laid out as OpenGL expects it: column by column, so that
 // (row r, column c) is m[c * 4 + r] and the translation stands at m[12], m[13], m[14]. A plain value;
 // everything is inline and single precision. Angles are degrees.

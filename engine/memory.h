@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What becomes of memory that is freed. The C library's allocator learns from large buffers to keep them,
 // which suits programs that live for minutes; the owl lives for weeks and must not grow with every sound it
 // plays.

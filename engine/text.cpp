@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bitmap-font text of the engine's kit.
 
 #include <GL/freeglut.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Textures from bitmap files, of the engine's kit.
 
 #include <GL/gl.h>

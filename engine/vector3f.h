@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The three-component vector of the program: positions, velocities, colours of particles, places of
 // buttons. A plain value; everything is inline, single precision and without guards, so that a
 // division by zero gives the infinities and NaNs of IEEE 754.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The reader of uncompressed WAVE files, the only sound files that the program plays.
 //
 // The sounds ship with the program, so the reader has no error return: a file that cannot be played ends the

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as a bitmap: the input is the file "fuzz.bmp". The pixels are compared with those that a second,
 // simple-minded decoder finds; then the file is made into textures.
 #include <GL/gl.h>

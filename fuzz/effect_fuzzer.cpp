@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as an effect: the input is the file "fuzz.zfx". It is loaded, drawn for some frames, started
 // again and drawn once more.
 #include <GL/gl.h>

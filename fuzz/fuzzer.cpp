@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The part that all fuzzers share. Besides libFuzzer's own options each knows
 //
 //   NAME_fuzzer --seeds FOLDER     writes the seeds into a folder, and ends

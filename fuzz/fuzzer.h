@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What every fuzzer has besides LLVMFuzzerTestOneInput: a folder to work in, seeds to start from, and checks
 // that end it.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as a mesh: the input is the file "fuzz.ms3d". It is loaded over an earlier model, drawn, handed
 // out as polygons and measured. Whether it loads, and all that is in the model then, is compared with what a
 // second, simple-minded parser finds in the same bytes.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as a raw picture: the input is the file "font", the first that is loaded; the others are good.
 // What becomes of it, or the line with which the program would end, is compared with what a second look at
 // the bytes finds.

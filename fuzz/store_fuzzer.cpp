@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as the store: the input is the file "database.bin". It is loaded, its events are compared, sorted
 // and read in every way that the calendar's screens read them, then saved and loaded again.
 #include <unistd.h>
@@ -11,7 +14,7 @@
 
 #include "calendar/events.h"
 #include "calendar/store.h"
-#include "engine/LocalTime.h"
+#include "engine/local_time.h"
 #include "fuzz/fuzzer.h"
 
 namespace {

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Any bytes as a sound: the input is the file "sound.wav". What the reader gives, or the status with which it
 // would end the program, is compared with what a second, simple-minded parser finds in the same bytes.
 #include <AL/al.h>

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+# SPDX-License-Identifier: MIT
+
 # Installs the texts that name the folders of the installation: the launcher and the manual pages; and the compressed
 # Debian texts. It runs while the project is installed, because only then the prefix is sure.
 #

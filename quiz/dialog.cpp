@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 #include "quiz/dialog.h"
 
 #include <GL/gl.h>
@@ -5,11 +8,11 @@
 #include <cstdlib>
 
 #include "app/character.h"
+#include "app/panel.h"
 #include "app/shell.h"
 #include "app/textures.h"
 #include "engine/MacEngine.h"
 #include "engine/Sound.h"
-#include "engine/panel.h"
 #include "quiz/questions.h"
 
 std::int32_t question_id = 0;

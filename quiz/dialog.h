@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The quiz dialog: one question of the bank, four answers to choose from.
 //
 // The first pick is final; the right answer then turns green and a wrong pick red. The owl reacts only when

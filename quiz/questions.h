@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The question bank: 108 questions of general culture, compiled into the program.
 //
 // There is no question file. GenQuestions() turns the bank, a table in questions.cpp, into the vector that

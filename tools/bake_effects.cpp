@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bakes a particle effect (.zfx) that the program loads from its source in assets/effects.
 //
 // A source is a .zfx file as a person writes it: '#' starts a comment, lines without a word are skipped, and

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bakes the program's font texture from a font file: white glyphs with a soft dark edge, so that tinted text
 // reads on any background.
 //

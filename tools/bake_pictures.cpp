@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bakes the program's raw texture files from the drawings in assets/pictures.
 //
 // The list of pictures is a text file with one picture a line (see pictures.txt for its columns).

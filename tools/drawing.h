@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Pictures cut out of SVG drawings, as the bakers need them.
 #pragma once
 

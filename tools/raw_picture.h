@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // A picture on its way from cairo to a raw texture file, shared by the tools that bake one.
 #pragma once
 

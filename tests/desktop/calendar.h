@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The calendar as its user sees it: the store's file, the clock on the wall, and the places of the screens.
 //
 // Shared by the tests of the screens and by what takes pictures of them.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The calendar's story with a real pointer and a real keyboard: appointments, lessons and reminders from the
 // first click to the last notice.
 //

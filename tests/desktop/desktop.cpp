@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: Folder, Desktop, Program.
 #include "tests/desktop/desktop.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // A desktop for tests: an X server of its own with a window manager, and the real program on it.
 //
 // A test reads like someone at the desk:

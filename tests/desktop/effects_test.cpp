@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The two effects as the window shows them: the letters of a sleeping owl, and the smoke of an offer.
 //
 // They are looked for in parts of the canvas where without them nothing but background and tree is seen,

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fixture of the desktop tests: a desktop, and the program on it once the test has started it.
 //
 // Where a test fails, what the window shows is saved as SUITE.TEST.ppm in the current directory.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The hidden owl: minimised or covered it goes on living, cheaply. And what a frame costs the X server.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What a window shows, as pixels, and the measuring of it in the program's own canvas units.
 //
 // The canvas is 512 x 512 units with its origin at the bottom left, whatever the window's size in pixels.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The action menu under a real pointer: its icons, its labels, and what a click on each item does.
 //
 // The program's clock is in the test's hand unless a test says otherwise, so the owl holds still.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The owl: where it looks, how it breathes and blinks, how it sleeps and wakes.
 //
 // The program's clock is in the test's hand: the owl holds still unless time is let pass.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The library that the desktop tests load into the program; probe.h says what for.
 #include "tests/desktop/probe.h"
 

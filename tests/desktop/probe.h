@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the tests and the library inside the program (probe.cpp) say to each other: a record in a file that
 // both map.
 //

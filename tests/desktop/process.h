@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Child processes of the desktop tests: the X server, the window manager and the program itself.
 //
 // A Process never outlives the test: its destructor ends the child, and the kernel ends it where the test

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The quiz with a real pointer: asked for in the menu, taken by the bobbing button, answered, closed.
 //
 // Which question is asked is drawn at random, so it is read from the window and looked up in the bank.

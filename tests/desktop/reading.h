@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Reading a window: which of the program's pictures it shows in a place, and which text.
 #pragma once
 

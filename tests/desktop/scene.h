@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the character screen should show, put together from the program's pictures without GL.
 //
 // Tests compare it with what the window really shows: to measure the drawing, and to tell what the owl is

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Hearing: what the program plays, recorded by OpenAL into a WAVE file, and which of its sounds is in it.
 //
 // OpenAL plays in real time, whatever the program's own clock does.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the program plays, heard in the recording of its OpenAL. The clock on the wall goes, since OpenAL
 // plays by it; the owl's own is in the test's hand.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Takes pictures of the screens in the real program, for the guide and for looking at.
 //
 // usage: take_pictures [FOLDER]      writes FOLDER/SCREEN-SIZE.png, the window being SIZE pixels wide and

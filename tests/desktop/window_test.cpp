@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The window: its start, its size, its end, and the files that it needs.
 #include <X11/keysym.h>
 

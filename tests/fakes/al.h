@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fake of OpenAL: keeps devices, contexts, sources and buffers, and never makes a sound.
 //
 // A context is current from the start, so that tests of single sounds need no set-up. Without a

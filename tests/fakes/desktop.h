@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fake of app/desktop.h: a desktop whose pointer and clock tests set, and which remembers what the
 // program asked of it.
 //

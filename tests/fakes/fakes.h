@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // All fakes at once, and the fixture for tests that use them.
 //
 // The fakes (log.h, gl.h, glut.h, al.h, world.h, desktop.h) replace GL, GLU, GLUT, OpenAL, a part of the C

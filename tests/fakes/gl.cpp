@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The model of GL: its start values, its helpers, and the names of constants.
 
 #include "tests/fakes/gl.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fake of fixed-function OpenGL and GLU: every call is logged (log.h) and carried out on a model
 // of GL's state that tests read and set through gl().
 //

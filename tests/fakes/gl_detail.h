@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the sources of the GL and GLU fakes share: names of constants for the log, and checks that many
 // calls make. Tests have no use for it.
 

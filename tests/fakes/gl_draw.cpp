@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The drawing calls of the GL fake: glBegin to glEnd, client arrays, current attributes.
 
 #include <cstring>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The GLU calls: real mathematics on the model of the GL fake.
 
 #include <GL/glu.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fake of freeglut: keeps what the program registers and asks, and lets tests play the window
 // system by calling the registered functions themselves.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The log that every fake writes to.
 //
 // The fakes stand in for GL, GLU, GLUT, OpenAL and a few calls of the C library: the program's

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The settable world: the C library's rand, srand, time, localtime and system, replaced at link time.
 //
 // How to use it:

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The judge of a long run: follows the program frame by frame and says where its timers did otherwise than
 // they should.
 //

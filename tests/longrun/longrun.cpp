@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The long run: the real program through simulated hours, with a restless user and a judge.
 //
 // usage: longrun HOURS SEED [PROGRAM]

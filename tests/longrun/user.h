@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The user of a long run: away for minutes, then back at the desk for a minute or two of looking around and
 // clicking, wherever chance says.
 #pragma once

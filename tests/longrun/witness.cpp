@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The library that the long run loads into the program; witness.h says what for.
 #include "tests/longrun/witness.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the library inside the program (witness.cpp) tells the long run: a file with one record a frame.
 //
 // The witness sees which data files' textures the program binds and which sounds it opens. A picture that is

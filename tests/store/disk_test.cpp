@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Disks and folders as they are found: full, read-only, linked, with permissions of their own.
 #include <grp.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What failing_calls.h says, by standing before the C library.
 #include "tests/store/failing_calls.h"
 

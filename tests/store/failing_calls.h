@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The library that makes system calls of a save fail, preloaded into the worker.
 //
 // Between WatchCalls() and ReleaseCalls() it counts the calls that touch files and spoils the one whose

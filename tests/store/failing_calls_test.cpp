@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Every system call of a save fails once, in every way, in stores of every kind: the file stays one complete
 // version, the failure is told in one line, and the next save works.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The order of a save's steps, on which it depends that the store outlives a power cut: what a name leads to
 // is on the disk before the name leads to it, and the name is on the disk when the save ends.
 #include <gtest/gtest.h>

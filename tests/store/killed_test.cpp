@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // A worker that saves and saves, killed at any moment: the file is always one complete version.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Two programs at one folder, which both save: the file is always one complete version of one of them.
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Loads, changes and saves the store in the current folder as the program does, by the words of its command
 // line, one after the other:
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Where the store is put to the test: folders of their own, the worker (worker.cpp) and the bytes that it
 // should leave.
 //

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bitmaps as another program writes them, ImageMagick's convert: they decode to the pixels that convert
 // itself finds in them, and textures from them show these on a real GL.
 #include <gtest/gtest.h>  // before X11, whose None and Bool it cannot live with

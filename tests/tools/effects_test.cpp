@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The particle effects as the build bakes them, and the tool that bakes them.
 //
 // The files are read here word by word, independently of the program, and strictly where the program's own

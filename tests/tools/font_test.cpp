@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The font as the build bakes it: the grid that the program's text relies on.
 //
 // The program draws a cell as a square and advances by 1.025 of half its edge, so a glyph has the left half

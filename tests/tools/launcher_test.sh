@@ -1,4 +1,7 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+# SPDX-License-Identifier: MIT
+#
 # Tests the launcher with a stand-in for the program, in a home folder of its own, whose name has a blank.
 set -euo pipefail
 launcher=$(realpath "$1")

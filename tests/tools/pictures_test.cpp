@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The pictures as the build bakes them: the files that the program loads, and the geometry that its code
 // relies on.
 #include <gtest/gtest.h>

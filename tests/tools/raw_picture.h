@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The program's raw texture files as tests read them, independently of the program.
 //
 // The file is a width and a height (unsigned 32-bit, little-endian, pixels), then width x height pixels of

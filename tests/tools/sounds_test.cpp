@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The owl's sounds as the build bakes them: the files that the program plays. What can be measured of how
 // they sound is measured here: lengths, levels, notes, and that the laugh goes with the owl's shaking on the
 // screen.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: making, drawing, colour, hovering, clicking.
 #include "engine/Button.h"
 
@@ -8,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "engine/WindowMetrics.h"
 #include "engine/host.h"
+#include "engine/window_metrics.h"
 #include "tests/fakes/fakes.h"
 
 namespace {

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the watcher, the header, textures, the lines of a block, damaged lines, sizes, files cut short, open
 // files, reading again, drawing.
 //

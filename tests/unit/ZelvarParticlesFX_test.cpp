@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: numbers, vectors, particles, a fresh emitter, a burst, a frame, when bursts come, limits, colours, a
 // square, reset and copies, odd numbers, cost.
 #include "engine/ZelvarParticlesFX.h"

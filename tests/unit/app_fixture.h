@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fixture for tests of app/: the whole program in one process, put back to its start before every test.
 //
 // Some things of the program cannot be put back, because they are hidden: the one seeding that the first
@@ -28,10 +31,10 @@
 #include "app/window.h"
 #include "calendar/editor.h"
 #include "calendar/events.h"
-#include "engine/LocalTime.h"
 #include "engine/MacEngine.h"
 #include "engine/Sound.h"
-#include "engine/WindowMetrics.h"
+#include "engine/local_time.h"
+#include "engine/window_metrics.h"
 #include "quiz/questions.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/picture_folder.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Bitmap files made by hand, and a second, simple-minded decoder of them, for tests of the bitmap reader and
 // of what is made from bitmaps.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fixture for tests of the calendar: an empty list of events whose file is in a folder of its own, a
 // window in which a pixel is a canvas unit, and Wednesday, 16 May 2012, 10:30 in the morning.
 //
@@ -25,7 +28,7 @@
 #include "calendar/events.h"
 #include "calendar/list.h"
 #include "calendar/store.h"
-#include "engine/LocalTime.h"
+#include "engine/local_time.h"
 #include "tests/unit/app_fixture.h"
 #include "tests/unit/text_reader.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the scene, pointer and eyes, breathing, first delays, all timers, quiz offer, blinking, stare,
 // poses, pointer over the canvas, sleep, laughing, attention, hat and thought bubble, the end of the frame,
 // effects, long runs.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: opening from the notification button, what is drawn, picking, colours, closing, the verdict.
 #include "quiz/dialog.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: notices, kind tabs, confirming, closing the editor, closing the view, kind labels, reminders, date,
 // time, arrows, caret, focus, name, description, typing, the view, the frame.
 #include "calendar/editor.h"

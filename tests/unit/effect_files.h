@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The program's two effect files, reduced to what shows in a test: one particle that stays where it is born,
 // or moves to the right.
 #pragma once

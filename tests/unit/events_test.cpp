@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: weekday names, fresh events, the record's layout, the order of two events, sorting, minutes to due,
 // texts of the fields, numbers out of their range.
 #include "calendar/events.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The fakes themselves: what tests believe of them must be so.
 
 #include "tests/fakes/fakes.h"

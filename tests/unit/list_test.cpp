@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: what is drawn, the rows' areas, the rows' texts, opening events, adding, closing, scrolling, order.
 #include "calendar/list.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the icons, hovering, clicking, the pointer after a page was opened, pending notices, the status
 // line, the label's place, the menu in the frame.
 #include "app/menu.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: reminders, appointments, weekly events, counting, the event that is opened, re-arming, the button,
 // its click, the badge, the sound, acknowledging, the pass in the frame.
 #include "app/notifications.h"

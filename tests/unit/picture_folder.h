@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // A folder full of raw texture files, for tests that load the program's pictures.
 //
 // Every file gets a size and bytes of its own, so that a test can tell from a texture which file it came

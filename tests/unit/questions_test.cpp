@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the record, the bank as a whole, its texts, its answers.
 #include "quiz/questions.h"
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Screen helpers of the engine's kit, and the key that orders dates.
 
 #include <cmath>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the file's bytes, loading, loading damaged files, setting damaged files aside, links and
 // permissions, saves that fail, emptying the store.
 #include "calendar/store.h"

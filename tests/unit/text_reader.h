@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What is written where: turns the glyph squares that the fake GL recorded back into lines of text.
 //
 // How to use it:

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: the font's cells, a line, a centred line, what a line leaves, a box, the toolkit's own font.
 #include <array>
 #include <cstddef>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // Index: from the window system to a field, what types what, where nothing is typed, clicks between
 // characters, the queue, special keys.
 #include "app/typing.h"

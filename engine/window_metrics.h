@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // The window's size and place, asked of the window system as seldom as possible.
 //
 // Every question to GLUT about its window is a round trip to the window system, and many callers need the

@@ -1,4 +1,7 @@
-#include "engine/WindowMetrics.h"
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+#include "engine/window_metrics.h"
 
 #include <GL/freeglut.h>
 

@@ -1,4 +1,7 @@
-#include "engine/LocalTime.h"
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+#include "engine/local_time.h"
 
 #include <sys/stat.h>
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
 // What the panel screens share: the band at the top with three tabs and the button that closes the screen.
 #pragma once
 
