@@ -3,9 +3,9 @@
 
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
-// One source file fills it in for X11 (desktop_x11.cpp), the only one that includes Xlib. Tests fill it in
-// with a desktop of their own. Nothing here fails loudly: where the desktop has no answer, the function says
-// what it does.
+// Two source files fill it in: desktop_x11.cpp, the only one that includes Xlib, and desktop_posix.cpp for
+// the clock and web pages, which need no window system. Tests fill it in with a desktop of their own. Nothing
+// here fails loudly: where the desktop has no answer, the function says what it does.
 #pragma once
 
 #include <cstdint>
@@ -34,11 +34,11 @@ struct WindowIcon {
     const unsigned char* pixels = nullptr;
 };
 
-/// Tells the desktop which program the window is of, by the name that its desktop entry has too, and which
-/// icon docks and task switchers are to show for it.
-void IntroduceWindow(const char* program, const WindowIcon& icon);
+/// Sets the window's class, which is the name that the program's desktop entry has too, and the icon that
+/// docks and task switchers show for it.
+void SetWindowIdentity(const char* program, const WindowIcon& icon);
 
-/// Moves the pointer to screen point (400, 300). Kept for the engine's sake: the program never calls it.
+/// Moves the pointer to screen point (400, 300).
 void ResetMouse();
 
 /// Lets a buffer swap wait for that many screen refreshes (0: not at all), where the driver offers swap

@@ -1,23 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-#include "app/desktop.h"
-
+// The part of the seam to the desktop that X11 fills in: pointer, window class and icon, swap control. No
+// other source includes Xlib.
 #include <GL/glx.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <linux/close_range.h>
-#include <sys/time.h>
-#include <unistd.h>
 
 #include <cctype>
 #include <cstddef>
-#include <cstdlib>
-#include <cstring>
-#include <ctime>
+#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "app/desktop.h"
 
 namespace {
 
@@ -39,14 +36,6 @@ Function GlxFunction(const char* name) {
     return reinterpret_cast<Function>(glXGetProcAddressARB(reinterpret_cast<const GLubyte*>(name)));
 }
 
-/// Returns the text as one word of a shell command, whatever characters it has.
-std::string ShellQuoted(const char* text) {
-    std::string quoted = "'";
-    for (const char* c = text; *c != '\0'; ++c)
-        quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
-    return quoted + "'";
-}
-
 /// Returns an icon as the window manager reads it: width, height, then a number for each pixel, alpha in its
 /// highest byte, then red, green and blue; rows from the top. Xlib takes 32-bit numbers as longs.
 std::vector<unsigned long> IconCardinals(const WindowIcon& icon) {
@@ -60,12 +49,6 @@ std::vector<unsigned long> IconCardinals(const WindowIcon& icon) {
         }
     }
     return cardinals;
-}
-
-std::uint64_t Nanoseconds(clockid_t clock) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
 }
 
 }  // namespace
@@ -84,32 +67,7 @@ ScreenPoint GlobalPointer() {
     return point;
 }
 
-std::uint64_t MonotonicNanoseconds() {
-    return Nanoseconds(CLOCK_MONOTONIC);
-}
-
-/// Stands in for the C library's. GLUT asks for the time of day to tell when a timer is due, and when the
-/// user set the clock back by an hour, a hidden owl would get no frame for that hour. What is told here is
-/// the time of the program's start and what has passed since; it never goes back.
-// The parameters have other names than the C library's.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
-extern "C" int gettimeofday(timeval* now, void* /*zone*/) noexcept {
-    static const std::uint64_t start = Nanoseconds(CLOCK_REALTIME) - Nanoseconds(CLOCK_MONOTONIC);
-    const std::uint64_t microseconds = (start + Nanoseconds(CLOCK_MONOTONIC)) / 1'000;
-    *now = {static_cast<std::time_t>(microseconds / 1'000'000),
-            static_cast<suseconds_t>(microseconds % 1'000'000)};
-    return 0;
-}
-
-void OpenWebAddress(const char* address) {
-    // The browser inherits nothing of ours: neither the window's connection nor a lock that we hold.
-    close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
-    // In the background, because a browser that stays in the foreground must not freeze the owl.
-    const std::string command = "xdg-open " + ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
-    [[maybe_unused]] const int status = std::system(command.c_str());  // no browser: nothing is shown
-}
-
-void IntroduceWindow(const char* program, const WindowIcon& icon) {
+void SetWindowIdentity(const char* program, const WindowIcon& icon) {
     Display* display = WindowConnection();
     if (display == nullptr) return;
     const Window window = glXGetCurrentDrawable();

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "app/typing.h"
+#include "app/stroke_queue.h"
 #include "engine/window_metrics.h"
 
 float touch_coord_x = 0;
@@ -38,7 +38,7 @@ void mouse(int x, int y) {
 void mouse_event(int button, int state, int /*x*/, int /*y*/) {
     if (button != GLUT_LEFT_BUTTON) return;
     single_touch = touch_event = state == GLUT_DOWN;
-    if (single_touch) NotePress();
+    if (single_touch) MarkPress();
 }
 
 void keyboard_down(int key, int /*x*/, int /*y*/) {

@@ -39,7 +39,8 @@ void keyboard_down(int key, int x, int y);
 /// Marks a special key as released; codes outside the table are ignored.
 void keyboard_up(int key, int x, int y);
 
-/// Notes the Enter key. Deliberately not registered with GLUT: the screens read key_state only.
+/// Notes the Enter key.
+/// Deliberate: it is not registered with GLUT; the screens read key_state only.
 void keyboard(unsigned char key, int x, int y);
 
 /// Clears all of key_state.

@@ -23,10 +23,10 @@ int main(int argc, char** argv) {
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
     glutCreateWindow("Ulmaro Assistant");
-    DressWindow();
+    SetWindowClassAndIcon();
     std::srand(static_cast<unsigned int>(std::time(nullptr)));
 
-    // Meant to come after the window: they leave it where and as large as GLUT made it, 300 x 300.
+    // Deliberate: after the window, which stays where and as large as GLUT made it, 300 x 300.
     glutInitWindowSize(300, 300);
     glutInitWindowPosition((glutGet(GLUT_SCREEN_WIDTH) - 300) / 2, (glutGet(GLUT_SCREEN_HEIGHT) - 300) / 2);
 

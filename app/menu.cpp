@@ -7,16 +7,15 @@
 
 #include <cstdio>
 
-#include "app/character.h"
 #include "app/desktop.h"
 #include "app/input.h"
-#include "app/notifications.h"
-#include "app/shell.h"
+#include "app/owl.h"
+#include "app/sounds.h"
+#include "app/state.h"
 #include "app/textures.h"
 #include "calendar/events.h"
 #include "engine/Button.h"
 #include "engine/MacEngine.h"
-#include "engine/Sound.h"
 #include "engine/canvas.h"
 #include "engine/window_metrics.h"
 
@@ -30,9 +29,9 @@ namespace {
 // ---- What the items do ----
 
 void PlanEvent() {
-    AudioEngine.kill_static(0);
+    Silence();
     StopLaughing();
-    menu_case_id = 0;
+    menu_case_id = kListScreen;
 }
 
 void AskForQuiz() {
@@ -57,7 +56,7 @@ void OpenWebSite() {
 /// Switches sound on or off; what is playing stops either way.
 void ToggleSound() {
     enable_sfx = !enable_sfx;
-    AudioEngine.kill_static(0);
+    Silence();
 }
 
 // ---- The items ----
@@ -75,11 +74,11 @@ constexpr float kItemX = 44.5F;  ///< centre of all items, canvas units
 constexpr float kItemHalf = 40;  ///< half their edge
 
 constexpr MenuItem kItems[] = {
-    {465, &icns[0], &icns[0], true, PlanEvent, "pianifica un nuovo evento"},
-    {360, &icns[2], &icns[2], true, AskForQuiz, "interagisci con Ulmaro"},
-    {255, &icns[7], &icns[7], false, OpenSearchSite, "apri il browser su DuckDuckGo"},
-    {150, &icns[8], &icns[8], false, OpenWebSite, "visita il sito degli sviluppatori!"},
-    {45, &icns[3], &icns[4], false, ToggleSound, "abilita/disabilita il sonoro"},
+    {465, &icns[kPlanIcon], &icns[kPlanIcon], true, PlanEvent, "pianifica un nuovo evento"},
+    {360, &icns[kInteractIcon], &icns[kInteractIcon], true, AskForQuiz, "interagisci con Ulmaro"},
+    {255, &icns[kBrowserIcon], &icns[kBrowserIcon], false, OpenSearchSite, "apri il browser su DuckDuckGo"},
+    {150, &icns[kWebSiteIcon], &icns[kWebSiteIcon], false, OpenWebSite, "visita il sito degli sviluppatori!"},
+    {45, &icns[kSoundOnIcon], &icns[kSoundOffIcon], false, ToggleSound, "abilita/disabilita il sonoro"},
 };
 
 /// Long enough for any label.
@@ -103,7 +102,8 @@ void ShowItem(const MenuItem& item, Label& label, bool& acted) {
     if (button.isSelected()) std::snprintf(label, sizeof label, "%s", item.label);
 }
 
-/// Prints weekday, date and time; the numbers are not padded, which is meant.
+/// Prints weekday, date and time.
+/// Deliberate: the numbers are not padded, so 9:05:07 reads 9:5.7.
 void PrintStatusLine() {
     const std::tm& t = frame_time;
     glPrintText(266, 10, 10, false, "%s %d/%d/%d %d:%d.%d", GetWdayStr(t.tm_wday), t.tm_mday, t.tm_mon + 1,

@@ -10,6 +10,8 @@
 #include "app/character.h"
 #include "app/desktop.h"
 #include "app/input.h"
+#include "app/owl.h"
+#include "app/particles.h"
 #include "app/textures.h"
 #include "app/typing.h"
 #include "app/window.h"
@@ -22,13 +24,6 @@
 #include "engine/window_metrics.h"
 #include "quiz/dialog.h"
 #include "quiz/questions.h"
-
-float global_time = 0;
-int menu_case_id = -1;
-bool enable_sfx = true;
-vector3f cam;
-ZelvarFX sleep_fx, smoke_fx;
-std::tm frame_time = {};
 
 namespace {
 
@@ -54,33 +49,39 @@ void DrawPanel() {
     RenderOnViewport();
 }
 
+bool DrawList() {
+    EventList();
+    return true;
+}
+
+bool DrawQuiz() {
+    QuizDialog();
+    return true;
+}
+
+/// The panel screens, indexed by Screen. Each draws one frame of itself and returns false where the frame
+/// must be drawn again from the top.
+constexpr bool (*kPanelScreens[])() = {
+    DrawList,     // kListScreen
+    EventEditor,  // kEditorScreen
+    EventEditor,  // kViewScreen
+    DrawQuiz,     // kQuizScreen
+};
+
 /// Draws the open screen. Returns false where the frame must be drawn again from the top.
 bool DrawScreen() {
-    const int screen = menu_case_id;
-    if (screen < 0) {
+    if (menu_case_id <= kOwlScreen) {
         Render();
         return true;
     }
     DrawPanel();
-    switch (screen) {
-        case 0:
-            EventList();
-            return true;
-        case 1:
-        case 2:
-            return EventEditor();
-        case 3:
-            QuizDialog();
-            return true;
-        default:
-            return true;
-    }
+    return kPanelScreens[menu_case_id]();
 }
 
 /// Draws a whole frame. Returns false where it must be drawn again at once, for the screen that follows.
 bool DrawFrame() {
     frame_time = LocalTime();
-    DeliverTyping(menu_case_id == 1 && edit_tf != 0);
+    DeliverTyping(EditorTakesText());
     ClearFrame();
     BeginCanvas();
     const bool finished = DrawScreen();
@@ -104,9 +105,7 @@ void init() {
     glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST);
     glEnable(GL_TEXTURE_2D);
     LoadTextures();
-    ZFX::SetWatcher(&cam.x, &cam.y, &cam.z);
-    sleep_fx.load("sleep.zfx");
-    smoke_fx.load("smoke.zfx");
+    LoadParticles();
     GenQuestions();
     LoadEvents();
 }

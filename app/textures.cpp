@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/desktop.h"
+#include "app/state.h"
 #include "engine/file.h"
 
 unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
@@ -55,8 +56,8 @@ constexpr RawTexture kTextures[] = {
     {"tree", &tree},
     {"cloud", &cloud},
     {"circle", &circle},
-    {"button_uncheck", &button[0]},
-    {"button_check", &button[1]},
+    {"button_uncheck", &button[kUnchecked]},
+    {"button_check", &button[kChecked]},
     {"close", &button_close},
     {"add", &button_add},
     {"trash", &button_trash},
@@ -64,9 +65,9 @@ constexpr RawTexture kTextures[] = {
     {"arrow_up", &button_arrow_u},
     {"arrow_down", &button_arrow_d},
     {kIconFile, icns},
-    {"GUI_01", &GUI[0]},
-    {"GUI_02", &GUI[1]},
-    {"GUI_03", &GUI[3]},
+    {"GUI_01", &GUI[kListScreen]},
+    {"GUI_02", &GUI[kEditorScreen]},
+    {"GUI_03", &GUI[kQuizScreen]},
     {"notify", &notify_circle},
 };
 
@@ -143,13 +144,13 @@ void LoadIcons(RawImage& image) {
 
 }  // namespace
 
-void DressWindow() {
+void SetWindowClassAndIcon() {
     RawImage image;
     WindowIcon icon;
     if (ReadRawImage("window_icon", image) == nullptr) {
         icon = {static_cast<int>(image.width), static_cast<int>(image.height), image.pixels.data()};
     }
-    IntroduceWindow("ulmaro-assistant", icon);
+    SetWindowIdentity("ulmaro-assistant", icon);
 }
 
 void LoadTextures() {
@@ -161,5 +162,5 @@ void LoadTextures() {
             LoadRawTexture(texture.file, *texture.name, texture.wrap, image);
         }
     }
-    GUI[2] = GUI[1];
+    GUI[kViewScreen] = GUI[kEditorScreen];
 }

@@ -4,8 +4,8 @@
 // Typing: brings ordinary characters to the text fields.
 //
 // The screens read key_state, one frame of keys at a time, in the order of the key codes. So that fast
-// typing, repeated letters and slow frames lose and reorder nothing, typed characters wait in a queue, and
-// one of them a frame is put into key_state:
+// typing, repeated letters and slow frames lose and reorder nothing, typed characters wait in a queue
+// (stroke_queue.h), and one of them a frame is put into key_state:
 //
 //   between frames   "aa" is typed     the queue holds a, a
 //   frame 1          DeliverTyping()   key_state['a'] is set, alone
@@ -25,10 +25,6 @@ void ListenToTyping();
 /// arrive at the fields as 127; Italian accented letters as the plain letter and an apostrophe; other control
 /// characters and characters beyond ASCII type nothing.
 void TypeCharacter(unsigned char character, int x, int y);
-
-/// Notes that the left button was pressed after all that was typed so far; called between frames, when
-/// single_touch is set.
-void NotePress();
 
 /// Puts the next typed character into key_state, and nothing else; called once a frame, before the screen is
 /// drawn. Without a focused field what was typed is dropped. A press that came after characters that still

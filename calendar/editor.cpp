@@ -13,28 +13,25 @@
 
 #include "app/input.h"
 #include "app/panel.h"
-#include "app/shell.h"
+#include "app/state.h"
 #include "app/textures.h"
 #include "calendar/events.h"
+#include "calendar/notices.h"
 #include "calendar/store.h"
 #include "engine/MacEngine.h"
 
 bool force_back_hm = false;
-int edit_tf = 0;
+int edit_tf = kNoField;
+CaretState caret;
 
 namespace {
 
 constexpr float kTextSize = 10;
+constexpr float kCaretSeconds = 0.5F;  ///< so long the caret is visible, and so long it is not
 
 constexpr ButtonPlace kConfirmButton = {476.62F, 436.5F, 20.5F, 20};
 constexpr ButtonPlace kNameArea = {120, 220, 92, 15};
 constexpr ButtonPlace kDescriptionArea = {256, 108, 225, 87};
-
-/// The values of edit_tf.
-enum Field { kNoField = 0, kNameField = 1, kDescriptionField = 2 };
-
-bool ec = false;  ///< the caret is visible
-float ecte = 0;   ///< seconds since it last changed
 
 /// What the editor works out once a frame. The mode is the screen at the frame's start, whatever is clicked
 /// meanwhile.
@@ -68,7 +65,7 @@ constexpr std::int32_t kNoLimit = std::numeric_limits<std::int32_t>::max();
 constexpr Adjustment kAdjustments[] = {
     {kForWeekly, [](Event& e) -> std::int32_t& { return e.wday; }, 150, 385, 337, 6, 0, 0, 6},
     {kForAppointment, [](Event& e) -> std::int32_t& { return e.date.day; }, 105, 385, 337, 31, 1, 1, 31},
-    // Down from January leads to 31, not 12, which is meant.
+    // Deliberate: down from January leads to 31, not 12.
     {kForAppointment, [](Event& e) -> std::int32_t& { return e.date.month; }, 150, 385, 337, 12, 1, 1, 31},
     {kForAppointment, [](Event& e) -> std::int32_t& { return e.date.year; }, 210, 385, 337, kNoLimit,
      kNoLimit, 1900, 1900},
@@ -80,7 +77,8 @@ constexpr Adjustment kAdjustments[] = {
 
 constexpr float kArrowHalf = 15;  ///< half the edge of an arrow, canvas units
 
-bool ShowArrow(unsigned int texture, float x, float y) {
+/// Shows an arrow that changes a number; returns whether it is clicked.
+bool ShowStepArrow(unsigned int texture, float x, float y) {
     return ShowButton({x, y, kArrowHalf, kArrowHalf}, texture);
 }
 
@@ -89,36 +87,32 @@ void ShowAdjustments(const EditorFrame& frame) {
     for (const Adjustment& a : kAdjustments) {
         if ((a.kinds & kind) == 0) continue;
         std::int32_t& value = a.field(frame.event);
-        if (ShowArrow(button_arrow_u, a.x, a.up_y + frame.Offset())) {
+        if (ShowStepArrow(button_arrow_u, a.x, a.up_y + frame.Offset())) {
             value = value < a.last ? value + 1 : a.after_last;
-            frame.event.done = 0;
+            AnnounceAgain(frame.event);
         }
-        if (ShowArrow(button_arrow_d, a.x, a.down_y + frame.Offset())) {
+        if (ShowStepArrow(button_arrow_d, a.x, a.down_y + frame.Offset())) {
             value = value > a.first ? value - 1 : a.before_first;
-            frame.event.done = 0;
+            AnnounceAgain(frame.event);
         }
     }
 }
 
 // ---- Notices and the buttons of the band ----
 
-/// In the view, marks what the user has now been told; in the editor, takes back notices for an event moved
-/// later.
+/// In the view, marks what the user has now been told; in the editor, takes back announcements of an event
+/// moved later.
 void UpdateNotices(const EditorFrame& frame) {
-    Event& event = frame.event;
     if (frame.editable) {
-        if (frame.minutes > 30) event.warned_30 = 0;
-        if (frame.minutes > 60) event.warned_60 = 0;
-        return;
+        TakeBack(frame.event, frame.minutes);
+    } else {
+        MarkTold(frame.event, frame.minutes);
     }
-    if (frame.minutes < 0) event.done = 1;
-    if (frame.minutes <= 60) event.warned_60 = 1;
-    if (frame.minutes <= 30) event.warned_30 = 1;
 }
 
 void ShowKindTabs(const EditorFrame& frame) {
     for (int kind = kAppointment; kind <= kReminder; ++kind) {
-        const Button tab = ButtonAt(kTabs[kind], button[frame.event.kind == kind ? 1 : 0]);
+        const Button tab = ButtonAt(kTabs[kind], button[frame.event.kind == kind ? kChecked : kUnchecked]);
         tab.Display(frame.editable);
         if (frame.editable && tab.isClicked()) frame.event.kind = kind;
     }
@@ -127,9 +121,9 @@ void ShowKindTabs(const EditorFrame& frame) {
 void ShowConfirmButton(const EditorFrame& frame) {
     if (!frame.editable) return;
     if (ShowButton(kConfirmButton, button_check)) {
-        frame.event.elapsed = 0;
+        ConfirmReminder(frame.event);
         SaveEvents();
-        menu_case_id = force_back_hm ? -1 : 0;
+        menu_case_id = force_back_hm ? kOwlScreen : kListScreen;
         force_back_hm = false;
     }
     glPrintText(402, 436.5F, kTextSize, true, "conferma");
@@ -148,7 +142,7 @@ bool ShowCloseButton(const EditorFrame& frame) {
         events.remove_if([&](const Event& event) { return &event == &frame.event; });
     }
     edit_event = nullptr;
-    menu_case_id = frame.editable ? 0 : -1;
+    menu_case_id = frame.editable ? kListScreen : kOwlScreen;
     single_touch = false;  // not for the next screen
     SaveEvents();
     return true;
@@ -169,23 +163,19 @@ void PrintKindLabels(const EditorFrame& frame) {
 
 // ---- Date and time ----
 
-constexpr const char* kRepeats[] = {"Ricordamelo ogni ora", "Ricordamelo ogni 2 ore",
-                                    "Ricordamelo ogni 3 ore"};
-constexpr int kLastRepeat = static_cast<int>(std::size(kRepeats)) - 1;
-
 /// Shows a reminder's period; the view shows nothing of it.
 void ShowRepeat(const EditorFrame& frame) {
     if (!frame.editable || frame.event.kind != kReminder) return;
     std::int32_t& repeat = frame.event.repeat;
-    if (repeat >= 0 && repeat <= kLastRepeat) {
-        glPrintText(17, 330, kTextSize, false, "%s", kRepeats[repeat]);
+    if (const Repeat* row = RepeatOf(frame.event)) {
+        glPrintText(17, 330, kTextSize, false, "%s", row->label);
     }
-    if (ShowArrow(button_arrow_u, 215, 365)) repeat = repeat < kLastRepeat ? repeat + 1 : 0;
-    if (ShowArrow(button_arrow_d, 215, 315)) repeat = repeat > 0 ? repeat - 1 : kLastRepeat;
+    if (ShowStepArrow(button_arrow_u, 215, 365)) repeat = repeat < kLastRepeat ? repeat + 1 : 0;
+    if (ShowStepArrow(button_arrow_d, 215, 315)) repeat = repeat > 0 ? repeat - 1 : kLastRepeat;
 }
 
-/// Prints the date. The view says "Oggi" by the stored day number alone, for weekly events too, which is
-/// meant.
+/// Prints the date.
+/// Deliberate: the view says "Oggi" by the stored day number alone, for weekly events too.
 void PrintDate(const EditorFrame& frame) {
     const Event& event = frame.event;
     const float y = 350 + frame.Offset();
@@ -225,10 +215,10 @@ void ShowDateAndTime(const EditorFrame& frame) {
 // ---- Text fields ----
 
 void BlinkCaret() {
-    ecte += global_time;
-    if (ecte <= 0.5F) return;
-    ecte = 0;
-    ec = !ec;
+    caret.ecte += global_time;
+    if (caret.ecte <= kCaretSeconds) return;
+    caret.ecte = 0;
+    caret.ec = !caret.ec;
 }
 
 void ChooseFocus(const EditorFrame& frame) {
@@ -241,7 +231,7 @@ void ChooseFocus(const EditorFrame& frame) {
 
 /// Returns the caret of a field: NUL, which prints nothing, while it does not show.
 char Caret(const EditorFrame& frame, int field) {
-    return ec && frame.Focus() == field ? '|' : '\0';
+    return caret.ec && frame.Focus() == field ? '|' : '\0';
 }
 
 void PrintName(const EditorFrame& frame) {
@@ -292,9 +282,14 @@ void TypeIntoFocus(const EditorFrame& frame) {
 
 }  // namespace
 
+bool EditorTakesText() {
+    return menu_case_id == kEditorScreen && edit_tf != kNoField;
+}
+
 bool EventEditor() {
     if (edit_event == nullptr) return true;
-    const EditorFrame frame = {*edit_event, menu_case_id == 1, MinutesToDue(*edit_event, frame_time)};
+    const EditorFrame frame = {*edit_event, menu_case_id == kEditorScreen,
+                               MinutesToDue(*edit_event, frame_time)};
 
     UpdateNotices(frame);
     ShowKindTabs(frame);

@@ -8,10 +8,26 @@
 /// by the editor's confirm button.
 extern bool force_back_hm;
 
-/// The text field that has the focus: 0 none, 1 the name, 2 the description. Written by the editor.
+/// The values of edit_tf.
+enum Field { kNoField = 0, kNameField = 1, kDescriptionField = 2 };
+
+/// The text field that has the focus, one of Field. Written by the editor.
 extern int edit_tf;
 
-/// Draws the editor (menu_case_id 1) or the view (2) of `edit_event` and does what is clicked or typed; one
-/// frame of the screen. Nothing without an event. Returns false where the frame must be drawn again at once
-/// from the top, because the screen was closed and the next one is to be shown without a frame of delay.
+/// The blinking caret of the field that has the focus.
+struct CaretState {
+    bool ec = false;  ///< it is visible
+    float ecte = 0;   ///< seconds since that last changed
+};
+
+/// Written by the editor; tests set it.
+extern CaretState caret;
+
+/// Returns whether characters that are typed now go into a field.
+bool EditorTakesText();
+
+/// Draws the editor (kEditorScreen) or the view (kViewScreen) of `edit_event` and does what is clicked or
+/// typed; one frame of the screen. Nothing without an event. Returns false where the frame must be drawn
+/// again at once from the top, because the screen was closed and the next one is to be shown without a frame
+/// of delay.
 bool EventEditor();

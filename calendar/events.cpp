@@ -29,7 +29,8 @@ int Saturated(std::int64_t number) {
 }
 
 /// Returns by how many days the order shifts an event's stored date: for a weekly event, from today to its
-/// weekday. A weekday gone by wraps with 6, not 7, which is meant.
+/// weekday.
+/// Deliberate: a weekday gone by wraps with 6, not 7.
 std::int64_t DaysAhead(const Event& event, int today) {
     if (event.kind != kWeekly) return 0;
     const std::int64_t days = std::int64_t{event.wday} - today;
@@ -42,10 +43,11 @@ double OrderStamp(const Event& event, int today) {
     return ConvertDAM(day, event.date.month, event.date.year, event.time.hour, event.time.minute);
 }
 
-/// Returns whether no two neighbours would rather stand the other way round: whether of two neighbours
-/// sort_by_date never puts the second first without also putting the first first. That is to say that the
-/// stamps never fall, with the reminders' lower than any: one pass with one stamp an event, instead of two
-/// comparisons a pair, because it is asked once a frame.
+/// Returns whether sorting would change nothing. One pass, because it runs every frame.
+///
+/// sort_by_date calls each of two reminders the first, so a sort swaps them every time although their order
+/// is as good as the other. So it is not asked: an order is accepted when the stamps never fall, with those
+/// of reminders lower than any other.
 bool IsAccepted(const std::list<Event>& list) {
     constexpr double kFirst = -std::numeric_limits<double>::infinity();
     const int today = LocalTime().tm_wday;
@@ -69,7 +71,7 @@ Event::Event()
     date.year = now.tm_year + 1900;
     time.hour = now.tm_hour;
     time.minute = now.tm_min;
-    time.minute = 0;  // in two steps, which is meant: a fresh event starts on the full hour
+    time.minute = 0;  // Deliberate: in two steps; a fresh event starts on the full hour.
 }
 
 const char* GetWdayStr(int wday) {
@@ -89,19 +91,6 @@ bool sort_by_date(const Event& a, const Event& b) {
 
 void SortEvents() {
     if (!IsAccepted(events)) events.sort(sort_by_date);
-}
-
-double MinutesToDue(const Event& event, const std::tm& now) {
-    constexpr double kFarAway = 999;
-    const int month = now.tm_mon + 1;
-    const int year = now.tm_year + 1900;
-    const double stamp = ConvertDAM(now.tm_mday, month, year, now.tm_hour, now.tm_min);
-    const Date& date = event.date;
-    const Time& time = event.time;
-    if (event.kind == kAppointment)
-        return ConvertDAM(date.day, date.month, date.year, time.hour, time.minute) - stamp;
-    if (event.kind != kWeekly || event.wday != now.tm_wday) return kFarAway;
-    return ConvertDAM(now.tm_mday, month, year, time.hour, time.minute) - stamp;
 }
 
 std::string NameOf(const Event& event) {

@@ -42,8 +42,8 @@ struct Event {
     std::int32_t kind;                    ///< one of EventKind
     std::int32_t repeat;                  ///< of a reminder: 0, 1, 2 = every 1, 2, 3 hours
     float elapsed;                        ///< of a reminder: seconds since it was last confirmed
-    std::uint8_t warned_60;               ///< the notice an hour before has been given; not 0 counts as set
-    std::uint8_t warned_30;               ///< the notice half an hour before has been given
+    std::uint8_t warned_60;               ///< announced an hour before (notices.h); not 0 counts as set
+    std::uint8_t warned_30;               ///< announced half an hour before
     std::uint8_t done;                    ///< the occurrence has been reached and acknowledged
     std::uint8_t filler = 0;              ///< completes the record; never read
 };
@@ -61,17 +61,14 @@ extern Event* edit_event;
 const char* GetWdayStr(int wday);
 
 /// Returns whether `a` must come before `b`: reminders first, then by date and time, a weekly event at its
-/// next occurrence. Not a strict ordering: of two reminders each must come before the other, which is meant.
-/// Weekly events of days gone by stand one day sooner than they next occur, which is meant too.
+/// next occurrence.
+/// Deliberate: it is no strict ordering, for of two reminders each must come before the other.
+/// Deliberate: a weekly event whose weekday has gone by stands one day before its next occurrence.
 bool sort_by_date(const Event& a, const Event& b);
 
 /// Sorts `events` by sort_by_date. An order that it already accepts is left alone, so that reminders do not
 /// swap places from frame to frame.
 void SortEvents();
-
-/// Returns the minutes from a moment (local time) to an appointment, or to a weekly event on its weekday; 999
-/// for everything else. Negative once it has passed.
-double MinutesToDue(const Event& event, const std::tm& now);
 
 /// Returns the name, up to its NUL or its end.
 std::string NameOf(const Event& event);

@@ -9,10 +9,12 @@
 #include <iterator>
 
 #include "app/panel.h"
-#include "app/shell.h"
+#include "app/state.h"
 #include "app/textures.h"
 #include "calendar/events.h"
 #include "engine/MacEngine.h"
+
+ListState event_list;
 
 namespace {
 
@@ -22,9 +24,6 @@ constexpr float kTextSize = 10;
 constexpr ButtonPlace kAddButton = {447.12F, 436.5F, 20.5F, 20};
 constexpr ButtonPlace kUpArrow = {485, 389, 15, 15};
 constexpr ButtonPlace kDownArrow = {485, 40, 15, 15};
-
-/// The index of the first event shown. Written by the arrows, kept within the list by ClampScroll().
-int swap = 0;
 
 int Size() {
     return static_cast<int>(events.size());
@@ -36,18 +35,18 @@ constexpr ButtonPlace RowPlace(int row) {
 }
 
 void ClampScroll() {
-    if (Size() - swap < kRows) swap = Size() - kRows;
-    swap = std::max(swap, 0);
+    if (Size() - event_list.swap < kRows) event_list.swap = Size() - kRows;
+    event_list.swap = std::max(event_list.swap, 0);
 }
 
 /// Returns the event in the first row; the list must not be shorter.
 std::list<Event>::iterator FirstShown() {
-    return std::next(events.begin(), swap);
+    return std::next(events.begin(), event_list.swap);
 }
 
 void Open(Event& event) {
     edit_event = &event;
-    menu_case_id = 1;
+    menu_case_id = kEditorScreen;
 }
 
 // ---- Steps ----
@@ -57,16 +56,16 @@ void ShowAddButton() {
 }
 
 void ShowCloseButton() {
-    if (ShowButton(kCloseButton, button_close)) menu_case_id = -1;
+    if (ShowButton(kCloseButton, button_close)) menu_case_id = kOwlScreen;
 }
 
 /// Fills a row: yellow under the pointer, otherwise in shades that alternate with the event and not with the
 /// row, so that they do not jump while scrolling.
 void FillRow(const Button& area, int row) {
-    if (area.isSelected() && swap + row < Size()) {
+    if (area.isSelected() && event_list.swap + row < Size()) {
         glColor4f(1, 1, 0.5F, 0.4F);
     } else {
-        glColor4f(1, 1, 1, (swap + row) % 2 == 0 ? 0.35F : 0.25F);
+        glColor4f(1, 1, 1, (event_list.swap + row) % 2 == 0 ? 0.35F : 0.25F);
     }
     area.Display(false);
 }
@@ -83,7 +82,8 @@ void ShowRows() {
     glColor4f(1, 1, 1, 1);
 }
 
-/// Prints an event's date: today's by its day number alone, whatever the month, which is meant.
+/// Prints an event's date.
+/// Deliberate: an appointment is today's by its day number alone, whatever the month.
 void PrintDate(const Event& event, float y) {
     constexpr float kX = 283.5F;
     const bool today =
@@ -121,7 +121,7 @@ void PrintEvents() {
 
 /// Draws a scroll arrow, grey where there is nothing to scroll to, white elsewhere, also under the pointer;
 /// returns whether it is clicked.
-bool ShowArrow(const ButtonPlace& place, unsigned int texture, bool live) {
+bool ShowScrollArrow(const ButtonPlace& place, unsigned int texture, bool live) {
     const Button arrow = ButtonAt(place, texture);
     const float grey = live ? 1.0F : 0.5F;
     glColor4f(grey, grey, grey, 1);
@@ -130,10 +130,11 @@ bool ShowArrow(const ButtonPlace& place, unsigned int texture, bool live) {
     return arrow.isClicked();
 }
 
-void ShowArrows() {
-    if (ShowArrow(kUpArrow, button_arrow_u, swap >= 1)) swap = std::max(swap - 1, 0);
-    if (ShowArrow(kDownArrow, button_arrow_d, Size() - swap >= kRows + 1)) {
-        ++swap;
+void ShowScrollArrows() {
+    if (ShowScrollArrow(kUpArrow, button_arrow_u, event_list.swap >= 1))
+        event_list.swap = std::max(event_list.swap - 1, 0);
+    if (ShowScrollArrow(kDownArrow, button_arrow_d, Size() - event_list.swap >= kRows + 1)) {
+        ++event_list.swap;
         ClampScroll();
     }
 }
@@ -141,7 +142,7 @@ void ShowArrows() {
 }  // namespace
 
 void EventList() {
-    DrawTabs(button[0]);
+    DrawTabs(button[kUnchecked]);
     ShowAddButton();
     ClampScroll();
     ShowCloseButton();
@@ -149,5 +150,5 @@ void EventList() {
     glPrintText(372, 436.5F, kTextSize, true, "aggiungi");
     SortEvents();
     PrintEvents();
-    ShowArrows();
+    ShowScrollArrows();
 }

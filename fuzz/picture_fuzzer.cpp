@@ -69,7 +69,7 @@ extern "C" int fprintf(std::FILE* file, const char* format, ...) {
 }
 
 /// Stands for the desktop's, which the fuzzer has none of.
-void IntroduceWindow(const char* /*name*/, const WindowIcon& /*icon*/) {}
+void SetWindowIdentity(const char* /*name*/, const WindowIcon& /*icon*/) {}
 
 // ---- The GL of the fuzzer ----
 

@@ -7,19 +7,19 @@
 
 #include <cstdlib>
 
-#include "app/character.h"
+#include "app/owl.h"
 #include "app/panel.h"
-#include "app/shell.h"
+#include "app/sounds.h"
+#include "app/state.h"
 #include "app/textures.h"
 #include "engine/MacEngine.h"
-#include "engine/Sound.h"
 #include "quiz/questions.h"
 
 std::int32_t question_id = 0;
+QuizState quiz;
 
 namespace {
 
-constexpr int kNone = -1;
 constexpr int kAnswers = 4;
 
 /// The answers' places, in pairs from left to right, the upper pair first.
@@ -30,33 +30,26 @@ constexpr ButtonPlace kAnswerPlaces[kAnswers] = {
     {374, 52, 105, 20},
 };
 
-/// The answer picked, or none.
-int user_answer = kNone;
-
 bool IsAnswered() {
-    return user_answer != kNone;
+    return quiz.user_answer != kNoAnswer;
 }
 
 const Question& Asked() {
     return questions[static_cast<std::size_t>(question_id)];
 }
 
-void PlayVerdict(const char* sound) {
-    if (enable_sfx) AudioEngine.spawn_static(0, sound, false);
-}
-
 /// Lets the owl react to the answer: to one wrong answer in four it laughs, whether sound is on or off.
 void Judge() {
     constexpr const char* kWrong[] = {nullptr, "wrong_1.wav", "wrong_2.wav", "wrong_3.wav"};
-    if (user_answer == Asked().right_answer) {
-        PlayVerdict("right.wav");
+    if (quiz.user_answer == Asked().right_answer) {
+        PlayEffect("right.wav");
         return;
     }
     const int draw = std::rand() % 4;
     if (draw == 0) {
         spawn_laugh = true;
     } else {
-        PlayVerdict(kWrong[draw]);
+        PlayEffect(kWrong[draw]);
     }
 }
 
@@ -64,16 +57,17 @@ void Judge() {
 
 void ShowCloseButton() {
     if (!ShowButton(kCloseButton, button_close)) return;
-    menu_case_id = -1;
+    menu_case_id = kOwlScreen;
     if (IsAnswered()) Judge();
-    user_answer = kNone;
+    quiz.user_answer = kNoAnswer;
 }
 
 void ShowAnswerButtons() {
     for (int i = 0; i < kAnswers; ++i) {
-        const Button answer = ButtonAt(kAnswerPlaces[i], button[user_answer == i ? 1 : 0]);
+        const Button answer =
+            ButtonAt(kAnswerPlaces[i], button[quiz.user_answer == i ? kChecked : kUnchecked]);
         answer.Display(!IsAnswered());
-        if (answer.isClicked() && !IsAnswered()) user_answer = i;
+        if (answer.isClicked() && !IsAnswered()) quiz.user_answer = i;
     }
 }
 
@@ -86,7 +80,7 @@ void ColorAnswer(int i) {
     if (!IsAnswered()) return;
     if (i == Asked().right_answer) {
         glColor4f(0, 1, 0, 1);
-    } else if (i == user_answer) {
+    } else if (i == quiz.user_answer) {
         glColor4f(1, 0, 0, 1);
     }
 }
@@ -110,7 +104,7 @@ void AskQuestion() {
 }
 
 void QuizDialog() {
-    DrawTabs(button[0]);
+    DrawTabs(button[kUnchecked]);
     ShowCloseButton();
     ShowAnswerButtons();
     PrintQuestion();

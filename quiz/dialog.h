@@ -12,7 +12,18 @@
 /// Index into `questions` of the question asked. Written by AskQuestion().
 extern std::int32_t question_id;
 
-/// Draws a question at random, the last one not excepted. The bank must not be empty.
+/// No answer has been picked.
+constexpr int kNoAnswer = -1;
+
+/// What the dialog remembers from frame to frame.
+struct QuizState {
+    int user_answer = kNoAnswer;  ///< index of the answer picked
+};
+
+/// Written by the dialog; tests set it.
+extern QuizState quiz;
+
+/// Chooses a question at random, the last one not excepted. The bank must not be empty.
 void AskQuestion();
 
 /// Draws one frame of the dialog over its panel and acts on clicks; the close button leads back to the owl.

@@ -37,8 +37,8 @@ void OpenWebAddress(const char* address) {
     fakes::desktop().opened.emplace_back(address);
 }
 
-void IntroduceWindow(const char* program, const WindowIcon& icon) {
-    fakes::Record("IntroduceWindow", {icon.width, icon.height}, program);
+void SetWindowIdentity(const char* program, const WindowIcon& icon) {
+    fakes::Record("SetWindowIdentity", {icon.width, icon.height}, program);
     fakes::desktop().program = program;
     fakes::desktop().icon_width = icon.width;
     fakes::desktop().icon_height = icon.height;

@@ -4,10 +4,9 @@
 // The fixture for tests of app/: the whole program in one process, put back to its start before every test.
 //
 // Some things of the program cannot be put back, because they are hidden: the one seeding that the first
-// rand_intvf does, the last reading of the frame clock, what the window layer counts, whether typing is
-// listened to, the last second that was broken down, and how long ago a notice sounded. The fixture brings
-// them to a known state instead: seeded, read at the fake clock's start, with the swap interval of a shown
-// window, listening with nothing typed, a second that no test uses, and long ago.
+// rand_intvf does, the last reading of the frame clock, what the window layer counts, and the last second that
+// was broken down. The fixture brings them to a known state instead: seeded, read at the fake clock's start,
+// with the swap interval of a shown window, a second that no test uses. Typing is listened to, with nothing typed.
 //
 // The current directory is a folder of the test's own with the program's sounds in it.
 //
@@ -25,16 +24,23 @@
 #include "app/character.h"
 #include "app/input.h"
 #include "app/notifications.h"
+#include "app/owl.h"
+#include "app/particles.h"
 #include "app/shell.h"
+#include "app/state.h"
+#include "app/stroke_queue.h"
 #include "app/textures.h"
 #include "app/typing.h"
 #include "app/window.h"
 #include "calendar/editor.h"
 #include "calendar/events.h"
+#include "calendar/list.h"
+#include "calendar/notices.h"
 #include "engine/MacEngine.h"
 #include "engine/Sound.h"
 #include "engine/local_time.h"
 #include "engine/window_metrics.h"
+#include "quiz/dialog.h"
 #include "quiz/questions.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/picture_folder.h"
@@ -64,9 +70,6 @@ class AppTest : public fakes::Test {
         WriteSounds();
         rand_intvf(0, 1, 1);
         PresentFrame();
-        events.clear();
-        spawn_question = false;
-        Notifications();
         ListenToTyping();
         fakes::world().now = 1;
         LocalTime();
@@ -81,7 +84,7 @@ class AppTest : public fakes::Test {
     /// own.
     static void ResetProgram() {
         global_time = 0;
-        menu_case_id = -1;
+        menu_case_id = kOwlScreen;
         enable_sfx = true;
         frame_time = {};
         anim = kStanding;
@@ -90,7 +93,11 @@ class AppTest : public fakes::Test {
         events.clear();
         edit_event = nullptr;
         force_back_hm = false;
-        edit_tf = 0;
+        edit_tf = kNoField;
+        caret = CaretState();
+        event_list = ListState();
+        quiz = QuizState();
+        notifications = NotificationState();
         FillBank();
         character = CharacterState();
         sleep_fx.reset();

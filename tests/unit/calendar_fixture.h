@@ -148,8 +148,7 @@ class CalendarTest : public AppTest {
         LoadEvents();  // of an empty folder
         SetNow(2012, 5, 16, 10, 30);
         PointAway();
-        HideCaret();
-        ScrollToTop();
+        StartAnew();
     }
 
     /// Sets the local time, for the frame as well.
@@ -255,31 +254,6 @@ class CalendarTest : public AppTest {
     }
 
   private:
-    /// Brings the caret, which is hidden in the editor, to its start: invisible, with half a second to go.
-    static void HideCaret() {
-        events.emplace_back();
-        edit_event = &events.back();
-        menu_case_id = 1;
-        edit_tf = 1;
-        do {
-            fakes::gl().primitives.clear();
-            global_time = 1;
-            EventEditor();
-        } while (IsPrinted("|"));
-        events.clear();
-        edit_event = nullptr;
-        menu_case_id = -1;
-        edit_tf = 0;
-        global_time = 0;
-        StartAnew();
-    }
-
-    /// Brings the list's place, which is hidden in it, to its start.
-    static void ScrollToTop() {
-        EventList();
-        StartAnew();
-    }
-
     /// Forgets what the preparations have drawn.
     static void StartAnew() {
         fakes::gl().primitives.clear();

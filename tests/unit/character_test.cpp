@@ -51,7 +51,7 @@ class CharacterTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
-        character.drawn_delays = true;
+        character.has_delays = true;
         character.next_sq = character.next_ce = character.next_std = character.next_swap = kNever;
         LookStraightAhead();
         PointAt(-4000, 390);

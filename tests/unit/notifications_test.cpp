@@ -21,7 +21,7 @@ class NotificationsTest : public CalendarTest {
   protected:
     void SetUp() override {
         CalendarTest::SetUp();
-        character.drawn_delays = true;
+        character.has_delays = true;
         character.next_sq = character.next_ce = character.next_st = character.next_swap = 1e6F;
     }
 

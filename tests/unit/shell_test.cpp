@@ -122,8 +122,8 @@ TEST_F(MainTest, MakesOneDoubleBufferedWindowWithTheProgramsTitle) {
 TEST_F(MainTest, IntroducesTheWindowAsSoonAsItIsThere) {
     RunMain();
 
-    EXPECT_EQ(fakes::Names({"glutCreateWindow", "IntroduceWindow", "srand", "glTexImage2D"}).at(1),
-              "IntroduceWindow");
+    EXPECT_EQ(fakes::Names({"glutCreateWindow", "SetWindowIdentity", "srand", "glTexImage2D"}).at(1),
+              "SetWindowIdentity");
     EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
 }
 

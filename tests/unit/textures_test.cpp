@@ -55,7 +55,7 @@ TEST_F(TexturesTest, LoadsThe35FilesInTheOrderOfTheTable) {
 TEST_F(TexturesTest, AnIconOfItsOwnIsTheWindows) {
     PictureFolder::Write("window_icon", 2, 1, {1, 2, 3, 4, 5, 6, 7, 8});
 
-    DressWindow();
+    SetWindowClassAndIcon();
 
     EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
     EXPECT_EQ(fakes::desktop().icon_width, 2);
@@ -65,12 +65,12 @@ TEST_F(TexturesTest, AnIconOfItsOwnIsTheWindows) {
 }
 
 TEST_F(TexturesTest, WithoutAnIconOrWithADamagedOneTheWindowHasItsNameAlone) {
-    DressWindow();
-    EXPECT_EQ(fakes::Lines({"IntroduceWindow"}),
-              (std::vector<std::string>{"IntroduceWindow(0, 0, \"ulmaro-assistant\")"}));
+    SetWindowClassAndIcon();
+    EXPECT_EQ(fakes::Lines({"SetWindowIdentity"}),
+              (std::vector<std::string>{"SetWindowIdentity(0, 0, \"ulmaro-assistant\")"}));
 
     PictureFolder::Write("window_icon", 2, 1, {1, 2, 3});
-    DressWindow();
+    SetWindowClassAndIcon();
     EXPECT_EQ(fakes::desktop().icon_width, 0);
     EXPECT_EQ(fakes::desktop().program, "ulmaro-assistant");
 }

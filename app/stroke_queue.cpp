@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+#include "app/stroke_queue.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+
+namespace {
+
+/// More than anyone types ahead, far more than a field holds.
+constexpr std::size_t kLongestQueue = 4096;
+
+struct StrokeQueue {
+    std::deque<Stroke> waiting;      ///< oldest first
+    std::size_t place_of_press = 0;  ///< so many of them came before the press that was marked last
+};
+
+StrokeQueue queue;
+
+}  // namespace
+
+void EnqueueCharacter(unsigned char character) {
+    if (queue.waiting.size() < kLongestQueue) queue.waiting.push_back({character});
+}
+
+void MarkPress() {
+    queue.place_of_press = queue.waiting.size();
+}
+
+void EnqueuePress(float x, float y) {
+    const std::size_t place = std::min(queue.place_of_press, queue.waiting.size());
+    queue.waiting.insert(queue.waiting.begin() + static_cast<std::ptrdiff_t>(place), {0, x, y});
+}
+
+bool DequeueStroke(Stroke& stroke) {
+    if (queue.waiting.empty()) return false;
+    stroke = queue.waiting.front();
+    queue.waiting.pop_front();
+    return true;
+}
+
+void DropCharacters() {
+    const auto press = std::find_if(queue.waiting.begin(), queue.waiting.end(),
+                                    [](const Stroke& stroke) { return stroke.IsPress(); });
+    queue.waiting.erase(queue.waiting.begin(), press);
+}
+
+void ForgetStrokes() {
+    queue = {};
+}

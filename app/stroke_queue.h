@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+// The queue of strokes: typed characters and presses of the mouse, in the order in which they happened.
+//
+// It belongs to neither the pointer nor the keyboard, since it keeps their common order: what was typed
+// before a press goes to the field that had the focus then.
+#pragma once
+
+/// A typed character, or a press of the left button.
+struct Stroke {
+    unsigned char character = 0;  ///< a code of key_state; 0: a press
+    float x = 0, y = 0;           ///< where the press happened, window pixels, origin top left
+
+    bool IsPress() const { return character == 0; }
+};
+
+/// Appends a typed character, not 0. Does nothing while the queue is full.
+void EnqueueCharacter(unsigned char character);
+
+/// Marks the present end of the queue as the place of a press that has just happened.
+void MarkPress();
+
+/// Puts the press into the marked place.
+void EnqueuePress(float x, float y);
+
+/// Takes the oldest stroke. Returns false where there is none.
+bool DequeueStroke(Stroke& stroke);
+
+/// Drops all characters before the next press.
+void DropCharacters();
+
+/// Empties the queue.
+void ForgetStrokes();

@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+#include "calendar/notices.h"
+
+#include <algorithm>
+
+#include "engine/MacEngine.h"
+
+namespace {
+
+/// What MinutesToDue says of events that do not come today.
+constexpr double kFarAway = 999;
+
+constexpr float LongestPeriod() {
+    float longest = 0;
+    for (const Repeat& repeat : kRepeats) longest = std::max(longest, repeat.seconds);
+    return longest;
+}
+
+}  // namespace
+
+const Repeat* RepeatOf(const Event& event) {
+    return event.repeat >= 0 && event.repeat <= kLastRepeat ? &kRepeats[event.repeat] : nullptr;
+}
+
+double MinutesToDue(const Event& event, const std::tm& now) {
+    const int month = now.tm_mon + 1;
+    const int year = now.tm_year + 1900;
+    const double stamp = ConvertDAM(now.tm_mday, month, year, now.tm_hour, now.tm_min);
+    const Date& date = event.date;
+    const Time& time = event.time;
+    if (event.kind == kAppointment)
+        return ConvertDAM(date.day, date.month, date.year, time.hour, time.minute) - stamp;
+    if (event.kind != kWeekly || event.wday != now.tm_wday) return kFarAway;
+    return ConvertDAM(now.tm_mday, month, year, time.hour, time.minute) - stamp;
+}
+
+bool IsReminderDue(const Event& event) {
+    const Repeat* repeat = RepeatOf(event);
+    if (event.kind != kReminder || repeat == nullptr) return false;
+    return repeat->inclusive ? event.elapsed >= repeat->seconds : event.elapsed > repeat->seconds;
+}
+
+bool IsDatedEventDue(const Event& event, const std::tm& now) {
+    if (event.done != 0) return false;
+    const double minutes = MinutesToDue(event, now);
+    return minutes <= 0 ||
+           std::any_of(std::begin(kLeadTimes), std::end(kLeadTimes), [&](const LeadTime& lead) {
+               return minutes <= lead.minutes && event.*lead.told == 0;
+           });
+}
+
+void StartReminder(Event& event) {
+    if (event.kind == kReminder) event.elapsed = LongestPeriod();
+}
+
+void CountReminder(Event& event, float seconds) {
+    if (event.kind == kReminder) event.elapsed += seconds;
+}
+
+void ConfirmReminder(Event& event) {
+    event.elapsed = 0;
+}
+
+void MarkTold(Event& event, double minutes) {
+    if (minutes < 0) event.done = 1;
+    for (const LeadTime& lead : kLeadTimes) {
+        if (minutes <= lead.minutes) event.*lead.told = 1;
+    }
+}
+
+void TakeBack(Event& event, double minutes) {
+    for (const LeadTime& lead : kLeadTimes) {
+        if (minutes > lead.minutes) event.*lead.told = 0;
+    }
+}
+
+void AnnounceAgain(Event& event) {
+    event.done = 0;
+}
+
+bool Rearm(Event& event, const std::tm& now) {
+    if (event.done == 0 || event.kind != kWeekly || event.wday == now.tm_wday) return false;
+    AnnounceAgain(event);
+    return true;
+}
