@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/MacEngine.h"
+#include "engine/texture.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/bitmap_files.h"
 #include "tests/unit/limit_memory.h"
