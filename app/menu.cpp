@@ -15,8 +15,9 @@
 #include "app/textures.h"
 #include "calendar/events.h"
 #include "engine/Button.h"
-#include "engine/MacEngine.h"
 #include "engine/canvas.h"
+#include "engine/interpolation.h"
+#include "engine/text.h"
 #include "engine/window_metrics.h"
 
 /// The developers' web site; the build may set another. The page ships with the program.

@@ -16,7 +16,8 @@
 #include "calendar/notices.h"
 #include "calendar/store.h"
 #include "engine/Button.h"
-#include "engine/MacEngine.h"
+#include "engine/screen.h"
+#include "engine/text.h"
 #include "quiz/dialog.h"
 
 NotificationState notifications;

@@ -14,8 +14,9 @@
 #include "app/sounds.h"
 #include "app/state.h"
 #include "app/textures.h"
-#include "engine/MacEngine.h"
 #include "engine/canvas.h"
+#include "engine/random.h"
+#include "engine/screen.h"
 #include "engine/window_metrics.h"
 
 int anim = kStanding;

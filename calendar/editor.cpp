@@ -18,7 +18,7 @@
 #include "calendar/events.h"
 #include "calendar/notices.h"
 #include "calendar/store.h"
-#include "engine/MacEngine.h"
+#include "engine/text.h"
 
 bool force_back_hm = false;
 int edit_tf = kNoField;

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <limits>
 
-#include "engine/MacEngine.h"
+#include "engine/date_key.h"
 #include "engine/local_time.h"
 
 std::list<Event> events;

@@ -12,7 +12,7 @@
 #include "app/state.h"
 #include "app/textures.h"
 #include "calendar/events.h"
-#include "engine/MacEngine.h"
+#include "engine/text.h"
 
 ListState event_list;
 

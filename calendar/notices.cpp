@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "engine/MacEngine.h"
+#include "engine/date_key.h"
 
 namespace {
 

@@ -18,11 +18,11 @@
 namespace {
 
 constexpr std::size_t kHeaderBytes = 54;
-constexpr int kSixteenColourEdge = 256;  ///< every image of 16 colours is taken to be so wide and high
+constexpr int kSixteenColorEdge = 256;  ///< width and height of every 16-colour image, pixels
 
 using Header = std::array<unsigned char, kHeaderBytes>;
 
-/// Colours of a file: blue, green, red and a byte in reserve each.
+/// A file's palette: blue, green, red and a reserved byte for each colour.
 using Palette = std::array<unsigned char, 256 * std::size_t{4}>;
 
 int Int32(const Header& header, std::size_t at) {
@@ -31,34 +31,34 @@ int Int32(const Header& header, std::size_t at) {
     return static_cast<int>(number);
 }
 
-/// Reads a palette of so many colours, which follows the header; missing ones are black.
-Palette ReadPalette(std::FILE* file, std::size_t colours) {
+/// Reads the palette, which follows the header. Colours that are missing from the file are black.
+Palette ReadPalette(std::FILE* file, std::size_t colors) {
     Palette palette = {};
-    const std::size_t got = std::fread(palette.data(), 1, colours * 4, file);
+    const std::size_t got = std::fread(palette.data(), 1, colors * 4, file);
     static_cast<void>(got);
     return palette;
 }
 
-/// Stores a palette's colour in a pixel, if the image has it.
+/// Sets a pixel to a colour of the palette. Does nothing outside the image.
 void Store(BMPClass& image, std::int64_t x, int y, const Palette& palette, unsigned int index) {
     if (x >= image.width || y >= image.height) return;
-    const unsigned char* colour = &palette.at(index * std::size_t{4});
-    for (int c = 0; c < 3; ++c) image.pixel(static_cast<int>(x), y, c) = colour[2 - c];
+    const unsigned char* color = &palette.at(index * std::size_t{4});
+    for (int c = 0; c < 3; ++c) image.pixel(static_cast<int>(x), y, c) = color[2 - c];
 }
 
 // ---- The depths ----
 //
-// Each reads the pixels from where the file stands, and stops where it ends.
+// Each reads pixels from the current position of the file, and stops at its end.
 
 void Read24Bits(std::FILE* file, BMPClass& image) {
-    const std::size_t wanted = static_cast<std::size_t>(std::int64_t{image.width} * image.height) *
-                               3;  // not negative: there is room
+    // Not negative: allocateMem() has thrown otherwise.
+    const std::size_t wanted = static_cast<std::size_t>(std::int64_t{image.width} * image.height) * 3;
     const std::size_t got = std::fread(image.bytes, 1, wanted, file);
-    // Also the last pixel that is only there in part; the rest is black.
+    // Swaps blue and red, also in a last pixel that the file holds only in part.
     for (std::size_t i = 0; i < got; i += 3) std::swap(image.bytes[i], image.bytes[i + 2]);
 }
 
-void Read256Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
+void Read256Colors(std::FILE* file, BMPClass& image, const Palette& palette) {
     for (int y = 0; y < image.height && image.width > 0; ++y) {
         for (int x = 0; x < image.width; ++x) {
             const int index = std::getc(file);
@@ -68,9 +68,9 @@ void Read256Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
     }
 }
 
-void Read16Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
-    for (int y = 0; y < kSixteenColourEdge; ++y) {
-        for (int x = 0; x < kSixteenColourEdge; x += 2) {
+void Read16Colors(std::FILE* file, BMPClass& image, const Palette& palette) {
+    for (int y = 0; y < kSixteenColorEdge; ++y) {
+        for (int x = 0; x < kSixteenColorEdge; x += 2) {
             const int byte = std::getc(file);
             if (byte == EOF) return;
             const auto bits = static_cast<unsigned int>(byte);
@@ -80,7 +80,7 @@ void Read16Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
     }
 }
 
-void Read2Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
+void Read2Colors(std::FILE* file, BMPClass& image, const Palette& palette) {
     for (int y = 0; y < image.height && image.width > 0; ++y) {
         for (std::int64_t x = 0; x < image.width; x += 8) {
             const int byte = std::getc(file);
@@ -93,23 +93,24 @@ void Read2Colours(std::FILE* file, BMPClass& image, const Palette& palette) {
     }
 }
 
-/// Reads the pixels of a depth, `start` bytes into the file. Returns false for a depth that is not known.
+/// Reads pixels of `bits` bits each that begin `start` bytes into the file. Returns false for an unknown
+/// depth.
 bool ReadPixels(std::FILE* file, int bits, int start, BMPClass& image) {
-    const std::size_t colours = bits == 8 ? 256 : bits == 4 ? 16 : bits == 1 ? 2 : 0;
-    const Palette palette = ReadPalette(file, colours);
+    const std::size_t colors = bits == 8 ? 256 : bits == 4 ? 16 : bits == 1 ? 2 : 0;
+    const Palette palette = ReadPalette(file, colors);
     std::fseek(file, start, SEEK_SET);
     switch (bits) {
         case 24:
             Read24Bits(file, image);
             return true;
         case 8:
-            Read256Colours(file, image, palette);
+            Read256Colors(file, image, palette);
             return true;
         case 4:
-            Read16Colours(file, image, palette);
+            Read16Colors(file, image, palette);
             return true;
         case 1:
-            Read2Colours(file, image, palette);
+            Read2Colors(file, image, palette);
             return true;
         default:
             return false;
@@ -134,7 +135,7 @@ void BMPClass::allocateMem() {
     if (bytes == nullptr) throw std::bad_alloc();
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): the pixels belong to the image
+// NOLINTNEXTLINE(readability-make-member-function-const): gives write access to the pixels
 unsigned char& BMPClass::pixel(int x, int y, int c) {
     return bytes[(std::ptrdiff_t{y} * width + x) * 3 + c];
 }

@@ -3,10 +3,14 @@
 
 // The reader of Windows bitmap files: 2, 16 and 256 colours and 24 bits, without compression.
 //
-// Pixels come out as plain RGB, ready for a texture, rows in the order of the file: the first is the bottom
-// row of a normal bitmap. The padding at the end of a file's rows is not skipped, so an image whose rows have
-// a length in bytes that is not a multiple of 4 comes out sheared; the engine's images have suitable widths.
-// The program's own pictures are raw textures; this is for models and other users of the engine.
+// Pixels come out as plain RGB, ready for a texture. Rows keep the order of the file, so the first is the
+// bottom row of a normal bitmap. The file's layout:
+//   https://learn.microsoft.com/en-us/windows/win32/gdi/bitmap-storage
+//   https://learn.microsoft.com/en-us/windows/win32/api/wingdi/ns-wingdi-bitmapfileheader
+//   https://learn.microsoft.com/en-us/windows/win32/api/wingdi/ns-wingdi-bitmapinfoheader
+//
+// Deliberate: padding bytes at the end of a file's rows are read as pixels, which shears the image.
+// Deliberate: an image of 16 colours is taken to be 256 x 256, whatever its header says.
 #pragma once
 
 #include <string>
@@ -19,9 +23,9 @@ class BMPClass {
     BMPClass(const BMPClass&) = delete;
     BMPClass& operator=(const BMPClass&) = delete;
 
-    /// Makes room for width x height pixels, all black, in place of what was there. Throws std::bad_alloc for
-    /// a negative product of the two and where there is no memory; `bytes` is null then, and the sizes are
-    /// kept. The room takes real memory only where it is written to.
+    /// Replaces the pixels by width x height black ones. Throws std::bad_alloc if that product is negative or
+    /// there is no memory; `bytes` is null then, and the sizes are kept. The zeroed pages cost memory only
+    /// once they are written to.
     void allocateMem();
 
     /// Returns a byte of a pixel: c is 0 red, 1 green, 2 blue. Nothing is checked.
@@ -32,14 +36,13 @@ class BMPClass {
     unsigned char* bytes = nullptr;  ///< width x height x 3, no padding; owned
 };
 
-/// Reads a bitmap file into `image`. Returns 0 or the code of what is wrong (TranslateBMPError): where there
-/// is no file or it is no bitmap, the image stays as it was; after any other code it has the file's sizes and
-/// pixels of no use. What the file is too short for stays black; no more than width x height pixels are
-/// written. An image of 16 colours is taken to be 256 x 256, which is meant. Throws as allocateMem() does,
-/// with the file's sizes.
+/// Reads a bitmap file into `image`. Returns 0 or the code of an error (TranslateBMPError). After 'o' (no
+/// file) and 'b' (no bitmap) the image is unchanged; after other errors it has the file's sizes, and its
+/// pixels are of no use. Pixels that are missing from the file stay black; never more than width x height are
+/// written. Throws as allocateMem() does; the image has the file's sizes then.
 char BMPLoad(std::string path, BMPClass& image);
 
-/// Reads a bitmap file and forgets it; returns the code alone.
+/// Reads a bitmap file, discards the image and returns the code alone.
 char BMPLoad(std::string path);
 
 /// Returns what a code of BMPLoad() means, in English.

@@ -13,19 +13,20 @@
 
 namespace {
 
-/// Returns the pointer's column on the canvas, cut to whole units.
+/// Returns the pointer's column on the canvas, truncated to whole units.
 float PointerX() {
     return static_cast<float>(
         static_cast<int>(kCanvasEdge * touch_coord_x / static_cast<float>(WindowWidth())));
 }
 
-/// Returns the pointer's row on the canvas, cut to whole units.
+/// Returns the pointer's row on the canvas, truncated to whole units.
 float PointerY() {
     return static_cast<float>(
         static_cast<int>(kCanvasEdge - kCanvasEdge * touch_coord_y / static_cast<float>(WindowHeight())));
 }
 
-/// Draws the whole bound texture on the square from -1 to 1. The vertex array stays enabled, which is meant.
+/// Draws the whole bound texture on the square from -1 to 1.
+/// Deliberate: the vertex array stays enabled.
 void DrawUnitSquare() {
     static const float plane_vertex_buffer[] = {-1, 1, 0, -1, -1, 0, 1, 1, 0, 1, 1, 0, 1, -1, 0, -1, -1, 0};
     static const float plane_txtcoord_buffer[] = {0, 1, 0, 0, 1, 1, 1, 1, 1, 0, 0, 0};

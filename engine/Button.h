@@ -4,8 +4,8 @@
 // The one widget of the interface: a textured rectangle on the canvas that lights up under the pointer and
 // reports clicks.
 //
-// A screen makes its buttons anew in every frame, where it draws them, and asks them in the same frame. A
-// button holds nothing that would have to be freed.
+// A screen makes its buttons anew in every frame, draws them and asks them for clicks in the same frame. A
+// button owns nothing; its texture is the caller's.
 #pragma once
 
 #include "engine/vector3f.h"
@@ -29,8 +29,8 @@ class Button {
     /// Returns whether the pointer, in whole canvas units, is strictly inside.
     bool isSelected() const;
 
-    /// Returns whether a click happened this frame and the pointer is inside. Every button under it sees the
-    /// click.
+    /// Returns whether a click happened this frame and the pointer is inside. Where buttons overlap, all that
+    /// are under the pointer return true.
     bool isClicked() const;
 
     unsigned int texture;  ///< belongs to the caller
@@ -38,5 +38,5 @@ class Button {
     float width;           ///< half the width
     float height;          ///< half the height
     float offset_y = 0;    ///< added to position.y in drawing and in hit tests
-    float phase;           ///< whole degrees, 0 .. 179, for buttons that are to move out of step
+    float phase;           ///< random whole degrees, 0 .. 179, so that moving buttons differ in phase
 };

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The stack of vertex shader callbacks: functions that model drawing code may run over each polygon.
-// An engine feature that nothing in the program engages.
+// The stack of vertex shader callbacks: functions that code which draws models may call for each polygon.
 #pragma once
 
 #include <vector>

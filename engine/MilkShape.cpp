@@ -21,8 +21,8 @@ constexpr char kIdentifier[] = "MS3D000000";
 constexpr std::size_t kIdentifierBytes = 10;
 constexpr std::size_t kTextureNameBytes = 128;
 
-/// Reads little-endian records from a file's bytes, one after the other. Once something was not there,
-/// nothing is any more, and all further numbers are 0.
+/// Reads little-endian records from a file's bytes, in order. After the first read beyond the end all further
+/// reads fail too, and leave the numbers as they are.
 class Records {
   public:
     explicit Records(const std::vector<char>& bytes) : bytes_(bytes) {}
@@ -62,8 +62,8 @@ class Records {
     bool failed_ = false;
 };
 
-/// Returns a file's bytes; none where it cannot be read. What has no size is not even opened: a named pipe
-/// would wait for a writer.
+/// Returns a file's bytes; none if it cannot be read. The size comes first, because it fails for a named
+/// pipe: opening one would block until somebody writes to it.
 std::vector<char> ReadFile(const char* name) {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(name, error);
@@ -76,7 +76,7 @@ std::vector<char> ReadFile(const char* name) {
     return bytes;
 }
 
-/// Makes room for the records of a section, whose number comes first.
+/// Reads the number of records in a section, and allocates them.
 template <typename Record>
 void Allocate(Records& records, int& count, std::unique_ptr<Record[]>& array) {
     count = records.Next<std::uint16_t>();
@@ -88,6 +88,16 @@ bool IsIndex(int index, int count) {
 }
 
 // ---- The sections, in the order of the file ----
+//
+//   section    bytes                                                              count before it
+//   header     10 "MS3D000000", 4 version
+//   vertices   15 each                                                            2 bytes
+//   triangles  70 each                                                            2 bytes
+//   meshes     33 flags and name, 2 count, 2 for each triangle, 1 material        2 bytes
+//   materials  361 each                                                           2 bytes
+//
+// All numbers are little-endian, without padding. The sections after the materials, animation and joints, are
+// not read.
 
 bool ReadHeader(Records& records) {
     const char* identifier = records.Take(kIdentifierBytes);
@@ -96,7 +106,7 @@ bool ReadHeader(Records& records) {
     return version == 3 || version == 4;
 }
 
-/// Flags (1 byte), location, bone and reference count (1 byte each): 15 bytes.
+/// A vertex: flags (1 byte), location (3 floats), bone and reference count (1 byte each).
 void ReadVertices(Records& records, Model& model) {
     Allocate(records, model.vertex_count, model.vertices);
     for (int i = 0; i < model.vertex_count && !records.Failed(); ++i) {
@@ -106,8 +116,9 @@ void ReadVertices(Records& records, Model& model) {
     }
 }
 
-/// Flags (2 bytes), vertices, normals, s, t, smoothing group and group (1 byte each): 70 bytes. The file's t
-/// runs downwards. Returns false where a vertex is not there.
+/// A triangle: flags (2 bytes), three vertices (2 bytes each), normals (9 floats), s and t (3 floats each),
+/// smoothing group and group (1 byte each). The file's t runs downwards, GL's upwards. Returns false for the
+/// index of a vertex that does not exist.
 bool ReadTriangles(Records& records, Model& model) {
     Allocate(records, model.triangle_count, model.triangles);
     for (int i = 0; i < model.triangle_count && !records.Failed(); ++i) {
@@ -126,8 +137,8 @@ bool ReadTriangles(Records& records, Model& model) {
     return true;
 }
 
-/// Flags (1 byte), name (32 bytes), triangles with their number, material. Returns false where a triangle is
-/// not there.
+/// A mesh: flags (1 byte), name (32 bytes), number of triangles and their indices (2 bytes each), material (1
+/// byte). Returns false for the index of a triangle that does not exist.
 bool ReadMeshes(Records& records, Model& model) {
     Allocate(records, model.mesh_count, model.meshes);
     for (int i = 0; i < model.mesh_count && !records.Failed(); ++i) {
@@ -144,7 +155,7 @@ bool ReadMeshes(Records& records, Model& model) {
     return true;
 }
 
-/// Copies a name to its NUL, or to the end of its bytes.
+/// Copies a name up to its NUL, or all its bytes if there is none.
 std::unique_ptr<char[]> CopyName(const char* name) {
     const std::size_t length = strnlen(name, kTextureNameBytes);
     auto copy = std::make_unique<char[]>(length + 1);
@@ -152,8 +163,9 @@ std::unique_ptr<char[]> CopyName(const char* name) {
     return copy;
 }
 
-/// Name (32 bytes), four colours, shininess, transparency (4 bytes), mode (1 byte), file names of the texture
-/// and of its alpha map (128 bytes each): 361 bytes. Returns false where a mesh's material is not there.
+/// A material: name (32 bytes), four colours (4 floats each), shininess, transparency (1 float each), mode (1
+/// byte), file names of the texture and of its alpha map (128 bytes each). Returns false if a mesh has the
+/// index of a material that does not exist.
 bool ReadMaterials(Records& records, Model& model) {
     Allocate(records, model.material_count, model.materials);
     for (int i = 0; i < model.material_count && !records.Failed(); ++i) {

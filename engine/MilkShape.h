@@ -3,15 +3,14 @@
 
 // Triangle meshes, and their loader from MilkShape 3D's binary files (MS3D, versions 3 and 4).
 //
-// A model is groups of triangles, called meshes, over common vertices. It draws itself, or hands its
-// triangles to the geometry code. Materials are loaded but not applied. The program's screens show no models;
-// this is for other users of the engine.
+// A model has one list of vertices and one of triangles; its meshes are groups of these triangles. It draws
+// itself, or copies its triangles for the geometry code. Materials are loaded but not applied.
 #pragma once
 
 #include <memory>
 #include <vector>
 
-#include "engine/MacEngine.h"
+#include "engine/polygon.h"
 #include "engine/vector3f.h"
 
 /// A mesh model; what fills it is up to the classes derived from it.
@@ -27,14 +26,14 @@ class Model {
         float normals[3][3] = {};
         float s[3] = {};  ///< texture coordinates, 0 .. 1
         float t[3] = {};
-        int vertices[3] = {};  ///< indices into the model's
+        int vertices[3] = {};  ///< indices into the model's vertices
     };
 
     /// A group of triangles.
     struct Mesh {
-        int material = -1;  ///< index into the model's; -1 is none
+        int material = -1;  ///< index into the model's materials; -1 is none
         int triangle_count = 0;
-        std::unique_ptr<int[]> triangles;  ///< indices into the model's
+        std::unique_ptr<int[]> triangles;  ///< indices into the model's triangles
     };
 
     /// Colours are red, green, blue, alpha, 0 .. 1.
@@ -50,22 +49,24 @@ class Model {
 
     virtual ~Model() = default;
 
-    /// Fills the model from a file. Returns false, and leaves the model as it was, where that fails.
+    /// Fills the model from a file. Returns false and changes nothing if that fails.
     virtual bool loadModelData(const char* file) = 0;
 
     /// Draws all meshes with the bound texture, colour and coordinates of the caller.
     void render() const;
 
-    /// Draws one mesh; they count from 1, and nothing is drawn for any other number.
+    /// Draws one mesh; the first has the number 1. Draws nothing for a number that no mesh has.
     void render_group(int group) const;
 
-    /// Appends the triangles, `scale` times as large, to `out`: three records each, as one is appended with
-    /// every corner that is filled in. Only the third has all corners of the triangle, the first two still
-    /// have some of the one before; this is meant.
+    /// Appends the triangles to `out`, multiplied by `scale`: three records for each.
+    ///
+    /// One record is appended after each corner, so that in the first two the later corners are still those
+    /// of the triangle before.
+    /// Deliberate: only the third record of a triangle has all its corners.
     void GetPolygons(std::vector<POLYGON3D>& out, float scale) const;
 
-    /// Returns the mean of the corners of all triangles, so that a vertex counts as often as it is used; not
-    /// a number without triangles.
+    /// Returns the mean of the corners of all triangles; a vertex counts once for each triangle that uses it.
+    /// NaN without triangles.
     vector3f GetCenter() const;
 
     /// Returns the largest distance of a corner from the centre; 0 without triangles.
@@ -93,9 +94,10 @@ class Model {
     std::vector<vector3f> Corners() const;
 };
 
-/// A model from a MilkShape 3D file. The layout is in MilkShape.cpp; animation and joints are left out.
+/// A model from a MilkShape 3D file. Animation and joints are not read. MilkShape.cpp describes the file.
 class MilkshapeModel : public Model {
   public:
-    /// Refuses files that are no MS3D files of version 3 or 4, that end early, or whose indices lead nowhere.
+    /// Returns false also for files of another kind or version, that end early, or have an index out of
+    /// range.
     bool loadModelData(const char* file) override;
 };

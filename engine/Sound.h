@@ -61,7 +61,8 @@ struct AudioEngine {
     bool initialized = false;
 };
 
-/// The one table. Its name hides the type's, which is meant.
+/// The one table.
+/// Deliberate: its name hides the type's.
 extern struct AudioEngine AudioEngine;
 
 /// Sets where the listener is, in OpenAL's units.

@@ -32,10 +32,11 @@ namespace {
 
 constexpr int kVersion = 2;
 
-/// The numbers of all textures that the rest of the file cannot hold; with more of them it is damaged.
+/// Limit of what a file's textures may announce beyond the file's end, in numbers (4 a texel) and over all
+/// its blocks. Without it a file of a few bytes could make the program allocate and upload gigabytes.
 constexpr long kMostMissingNumbers = 4'000'000;
 
-/// A line of a block: its format, and where its numbers go.
+/// A line of a block: its format, and the fields that its numbers are stored in.
 struct Line {
     static constexpr int kMostNumbers = 6;
 
@@ -46,7 +47,7 @@ struct Line {
     void* fields[kMostNumbers];
 
   private:
-    /// Formats with fewer numbers leave the last places untouched.
+    /// Fills all pointers, as all are passed to fscanf(); it ignores those beyond the format's numbers.
     template <typename Number>
     void Fill(Number* numbers, int count) {
         for (int i = 0; i < kMostNumbers; ++i) fields[i] = numbers + std::min(i, count - 1);
@@ -61,7 +62,7 @@ bool ReadHeader(std::FILE* file) {
     return std::fscanf(file, " ver: %d\n", &version) == 1 && version == kVersion;
 }
 
-/// Returns how many bytes of the file are yet to be read.
+/// Returns the number of bytes from the current position of the file to its end.
 long BytesLeft(std::FILE* file) {
     const long here = std::ftell(file);
     std::fseek(file, 0, SEEK_END);
@@ -70,8 +71,9 @@ long BytesLeft(std::FILE* file) {
     return end - here;
 }
 
-/// Reads the texture line. Returns false where it does not match, or says a size that GL would not take or
-/// the file cannot hold; `missing` adds up what it cannot.
+/// Reads the texture line. Returns false if it does not match, if GL would not take the sizes, or if
+/// `missing` exceeds its limit. `missing` adds up the numbers of the textures that are larger than the rest
+/// of the file.
 bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
     int& width = emitter.texture_width;
     int& height = emitter.texture_height;
@@ -84,21 +86,23 @@ bool ReadTextureLine(std::FILE* file, ZelvarParticlesFX& emitter, long& missing)
     return missing <= kMostMissingNumbers;
 }
 
-/// Returns whether a scan that failed may yet be followed by one that does not: it skipped a stray sign.
-bool MayGoOn(std::FILE* file) {
+/// Returns whether the scan after a failed one can match. fscanf() consumes a sign before it fails: in "+-7"
+/// it fails at the second sign, and the next scan reads -7. Only another sign or white space can begin a
+/// number there; at any other character every further scan would fail at the same place.
+bool NextScanCanMatch(std::FILE* file) {
     const int next = std::getc(file);
     std::ungetc(next, file);
     return next == '+' || next == '-' || std::isspace(next) != 0;
 }
 
-/// Reads the texels, the low byte of each number; what is missing is 0.
+/// Reads the texels: the low byte of each number, and 0 for a number that is missing.
 std::vector<unsigned char> ReadTexels(std::FILE* file, std::size_t count) {
     std::vector<unsigned char> texels(count + 1);  // never empty
     for (std::size_t i = 0; i < count; ++i) {
         int number = 0;
         const bool matched = std::fscanf(file, "%d ", &number) == 1;
         texels[i] = static_cast<unsigned char>(number & 0xFF);
-        if (!matched && !MayGoOn(file)) break;
+        if (!matched && !NextScanCanMatch(file)) break;
     }
     return texels;
 }
@@ -112,8 +116,8 @@ void UploadTexture(ZelvarParticlesFX& emitter, const std::vector<unsigned char>&
                  GL_UNSIGNED_BYTE, texels.data());
 }
 
-/// Reads the lines after the texels. A line that does not match leaves its fields as they are, and the next
-/// is tried where it stopped.
+/// Reads the lines after the texels. Where a line does not match, the remaining fields keep their values and
+/// the next line is tried from the position where the scan stopped.
 void ReadLines(std::FILE* file, ZelvarParticlesFX& e) {
     const Line lines[] = {
         {"particles_limit: %d", &e.particles_limit, 1},
@@ -140,7 +144,7 @@ void ReadLines(std::FILE* file, ZelvarParticlesFX& e) {
     }
 }
 
-/// Reads a block into a fresh emitter. Returns false where its texture line is damaged.
+/// Reads a block into a new emitter. Returns false if the texture line is damaged.
 bool ReadEmitter(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
     if (!ReadTextureLine(file, emitter, missing)) return false;
     const auto texels =

@@ -10,7 +10,7 @@
 //     particles_limit: 40
 //     spawn_time: 0.8 1.2                 and so on, in the order of the table in ZelvarFX.cpp
 //
-// The words must stand as they are; white space is free. The emitters' fields say what the numbers mean.
+// Words must match exactly; white space is free. The fields of ZelvarParticlesFX say what the numbers mean.
 #pragma once
 
 #include <list>
@@ -19,29 +19,35 @@
 
 namespace ZFX {
 
-/// Where the effects are watched from; null until it is set. Nothing reads it yet: squares do not turn.
+/// Coordinates of the viewer; null until SetWatcher(). Squares do not turn to the viewer yet, so nothing
+/// reads them.
 extern const float* watcher_x;
 extern const float* watcher_y;
 extern const float* watcher_z;
 
-/// Sets from where effects are watched; the numbers must outlive the effects.
+/// Sets the viewer's coordinates. The pointers are kept: what they point to must outlive the effects.
 void SetWatcher(const float* x, const float* y, const float* z);
 
 }  // namespace ZFX
 
 class ZelvarFX {
   public:
-    /// Replaces the emitters by those of a file. Returns whether its header was accepted; if not, the effect
-    /// stays as it was. A block with a damaged texture line ends the reading, and what was read before stays;
-    /// other damage leaves fields at their defaults. Missing texels are 0, but textures that the rest of the
-    /// file cannot hold may have 4,000,000 numbers altogether: the one that goes beyond counts as damaged.
-    /// The old emitters' textures are not deleted.
+    /// Replaces the emitters by those of a file. Returns whether the file's header was accepted; if not, the
+    /// effect is unchanged. A block with a damaged texture line ends the reading; the blocks before it stay.
+    /// Other damage leaves fields at their defaults. Missing texels are 0.
+    ///
+    /// A texture line counts as damaged if it does not match, or if its sizes are negative or too large for
+    /// GL. Textures that announce more numbers than there are bytes left in the file may announce 4,000,000
+    /// numbers together; the one that exceeds this counts as damaged too.
+    ///
+    /// Deliberate: the old emitters' textures are not deleted.
     bool load(const char* path);
 
-    /// Updates and draws a frame of `dt` seconds at a place of the current frame; `size` in its units.
+    /// Updates and draws a frame of `dt` seconds at (x, y, z). These and `size` are in the units of the
+    /// current coordinates; the emitters get half of `size`.
     void render(float x, float y, float z, float size, float dt);
 
-    /// Starts all emitters again, without particles.
+    /// Restarts all emitters, without particles.
     void reset();
 
     std::list<ZelvarParticlesFX> emitters;  ///< in file order

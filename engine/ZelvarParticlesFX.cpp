@@ -15,36 +15,38 @@ namespace {
 using Particle = ZelvarParticlesFX::Particle;
 using Vector3d = ZelvarParticlesFX::Vector3d;
 
-/// No emitter holds or spawns more at once, whatever its file says: a damaged one must not stop the program.
+/// Limit of the particles in an emitter and in a burst, whatever its file says. A damaged file may ask for
+/// billions, and the program would stand still.
 constexpr float kMostParticles = 100'000;
 
-/// The square's corners in the texture, in the order of its two triangles' vertices.
+/// Texture coordinates (u, v) of a square's two triangles, in the order of their vertices.
 constexpr float plane_txtcoord_buffer[] = {0, 1, 0, 0, 1, 1, 1, 1, 1, 0, 0, 0};
 
 // ---- Random numbers ----
 
-/// Draws a whole percent, 0 .. 100.
-float Percent() {
+/// Returns a random whole percentage, 0 .. 100.
+float RandomPercent() {
     return static_cast<float>(std::rand() % 101);
 }
 
-/// Draws a value between two ends.
-float Draw(float min, float max) {
-    return rate_interpole(min, max, Percent());
+/// Returns a random value between two ends, at a whole percentage of the way.
+float RandomBetween(float min, float max) {
+    return rate_interpole(min, max, RandomPercent());
 }
 
-float Draw(const float (&ends)[2]) {
-    return Draw(ends[0], ends[1]);
+float RandomBetween(const float (&ends)[2]) {
+    return RandomBetween(ends[0], ends[1]);
 }
 
-/// Draws x, y, z or red, green, blue, in this order.
-void Draw(const float (&ends)[6], float (&values)[3]) {
-    for (int i = 0; i < 3; ++i) values[i] = Draw(ends[i], ends[i + 3]);
+/// Sets x, y, z or red, green, blue, in this order, each between its two ends.
+void SetRandomTriple(const float (&ends)[6], float (&values)[3]) {
+    for (int i = 0; i < 3; ++i) values[i] = RandomBetween(ends[i], ends[i + 3]);
 }
 
-Vector3d DrawDirection(const float (&ends)[6]) {
+/// Returns a random direction of length 1, or of length 0 if all components are 0.
+Vector3d RandomDirection(const float (&ends)[6]) {
     float values[3];
-    Draw(ends, values);
+    SetRandomTriple(ends, values);
     Vector3d direction;
     direction.x = values[0];
     direction.y = values[1];
@@ -53,13 +55,24 @@ Vector3d DrawDirection(const float (&ends)[6]) {
     return direction;
 }
 
-/// Returns where a particle is born, from the emitter's place on one axis.
-float DrawCoordinate(float min, float max, float scale, float place) {
-    return Draw(min, max) * scale * 2 + place;
+/// Returns one coordinate of a new particle; `place` is the emitter's.
+float RandomCoordinate(float min, float max, float scale, float place) {
+    return RandomBetween(min, max) * scale * 2 + place;
 }
 
 // ---- Frame ----
 
+/// Moves a particle by `dt` seconds. `size` scales the acceleration; the velocity was scaled at birth.
+///
+/// This is the semi-implicit Euler method: the velocity changes first, and the new velocity moves the
+/// particle (https://en.wikipedia.org/wiki/Semi-implicit_Euler_method). The path depends a little on the
+/// frame rate. From rest, after T seconds under an acceleration a, the way is
+///
+///     a T (T + dt) / 2    here
+///     a T T / 2           exactly
+///
+/// so the error is a T dt / 2: at 60 frames a second a particle is half a frame ahead, which nobody sees. A
+/// more exact method would cost more for each particle and gain nothing visible.
 void Move(Particle& particle, const float (&acceleration)[3], float size, float dt) {
     particle.velocity.x += acceleration[0] * dt * size;
     particle.velocity.y += acceleration[1] * dt * size;
@@ -70,14 +83,16 @@ void Move(Particle& particle, const float (&acceleration)[3], float size, float 
     particle.life -= dt;
 }
 
-/// Returns the low byte of the whole part, 0 for what is not a number or far out of all bounds.
+/// Returns the low byte of the number truncated to an integer. Returns 0 for NaN and from +-1e9 on, because
+/// converting a float that does not fit the integer is undefined.
 GLubyte LowByte(float value) {
     constexpr float kBound = 1e9F;
     if (!(std::fabs(value) < kBound)) return 0;
     return static_cast<GLubyte>(static_cast<std::int32_t>(value) & 0xFF);
 }
 
-/// Sets a particle's colour: its start colour in full life, its end colour and nothing of it at death.
+/// Sets the colour for a particle: its start colour and opaque at birth, its end colour and transparent at
+/// death.
 void SetColor(const Particle& particle) {
     const float rate = get_rate(particle.life, particle.life_total);
     GLubyte color[3];
@@ -149,6 +164,7 @@ void ZelvarParticlesFX::render(float x, float y, float z, float size, float dt) 
     if (IsBurstDue()) Burst(size);
 
     BeginParticles(alpha_blend, texture);
+    // Before they move: a particle that dies in this frame is still drawn once, fully transparent.
     particles.remove_if(dead_particle);
     for (Particle& particle : particles) {
         Move(particle, particles_acceleration, size, dt);
@@ -170,9 +186,9 @@ bool ZelvarParticlesFX::IsBurstDue() const {
 }
 
 void ZelvarParticlesFX::Burst(float size) {
-    next_spawn_time = ::Draw(spawn_time);
+    next_spawn_time = RandomBetween(spawn_time);
     const float count =
-        ::Draw(static_cast<float>(spawn_particles[0]), static_cast<float>(spawn_particles[1]));
+        RandomBetween(static_cast<float>(spawn_particles[0]), static_cast<float>(spawn_particles[1]));
     spawn_count = static_cast<int>(std::clamp(count, 1.0F, kMostParticles));
     spawn_timer = 0;
     first_spawn = false;
@@ -184,19 +200,19 @@ void ZelvarParticlesFX::spawn_particle(float scale) {
                                 static_cast<std::size_t>(kMostParticles));
     for (int i = 0; i < spawn_count; ++i) {
         Particle born;
-        born.position.x = DrawCoordinate(spawn_position[0], spawn_position[3], scale, position[0]);
-        born.position.y = DrawCoordinate(spawn_position[1], spawn_position[4], scale, position[1]);
-        born.position.z = DrawCoordinate(spawn_position[2], spawn_position[5], scale, position[2]);
-        born.rotation = ::Draw(particles_rotation);
-        const Vector3d direction = DrawDirection(spawn_direction);
-        born.speed = ::Draw(particles_speed) * scale;
+        born.position.x = RandomCoordinate(spawn_position[0], spawn_position[3], scale, position[0]);
+        born.position.y = RandomCoordinate(spawn_position[1], spawn_position[4], scale, position[1]);
+        born.position.z = RandomCoordinate(spawn_position[2], spawn_position[5], scale, position[2]);
+        born.rotation = RandomBetween(particles_rotation);
+        const Vector3d direction = RandomDirection(spawn_direction);
+        born.speed = RandomBetween(particles_speed) * scale;
         born.velocity.x = direction.x * born.speed;
         born.velocity.y = direction.y * born.speed;
         born.velocity.z = direction.z * born.speed;
-        born.life = born.life_total = ::Draw(particles_timelife);
-        born.scale = ::Draw(particles_scale) * scale;
-        ::Draw(particles_color_start, born.color_start);
-        ::Draw(particles_color_end, born.color_end);
+        born.life = born.life_total = RandomBetween(particles_timelife);
+        born.scale = RandomBetween(particles_scale) * scale;
+        SetRandomTriple(particles_color_start, born.color_start);
+        SetRandomTriple(particles_color_end, born.color_end);
         if (particles.size() < limit) particles.push_back(born);
     }
 }

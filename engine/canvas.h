@@ -8,9 +8,9 @@
 /// Edge of the canvas, canvas units.
 constexpr float kCanvasEdge = 512;
 
-/// Puts the canvas in the place of the current projection and model-view matrices. Leaves the model-view at
-/// the identity, two levels deep; the matrix mode is model-view.
+/// Replaces the current projection and model-view matrices by those of the canvas. The model-view is then the
+/// identity, pushed twice, and the matrix mode is model-view.
 void EnterCanvas();
 
-/// Puts back the matrices that EnterCanvas() replaced; the matrix mode is model-view.
+/// Restores the matrices that EnterCanvas() replaced; the matrix mode is then model-view.
 void LeaveCanvas();

@@ -1,40 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Random numbers, interpolation and geometry of the engine's kit.
+#include "engine/geometry.h"
 
-#include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <ctime>
-#include <limits>
 #include <numbers>
 
-#include "engine/MacEngine.h"
-
 namespace {
-
-/// Truncates toward zero. What no int can hold becomes the nearest int, NaN becomes 0.
-long long Truncate(float number) {
-    if (std::isnan(number)) return 0;
-    constexpr double kLowest = std::numeric_limits<int>::min();
-    constexpr double kHighest = std::numeric_limits<int>::max();
-    return static_cast<long long>(std::clamp(static_cast<double>(number), kLowest, kHighest));
-}
 
 /// Returns the distance between two points.
 float Distance(const vector3f& a, const vector3f& b) {
     return GetDistanceBetween(a.x, a.y, a.z, b.x, b.y, b.z);
 }
 
-/// Returns the area of a triangle with sides x, y and z, by Heron's formula.
+/// Returns the area of a triangle with sides x, y and z, by Heron's formula
+/// (https://en.wikipedia.org/wiki/Heron%27s_formula).
 float HeronArea(float x, float y, float z) {
     const float s = (x + y + z) / 2.0F;
     return std::sqrt(s * (s - x) * (s - y) * (s - z));
 }
 
-/// Returns whether a point of the triangle's plane lies in the triangle: the three triangles that it forms
-/// with the sides then cover no more than the whole, with a tolerance of one per cent.
+/// Returns whether a point of the triangle's plane lies in the triangle.
+///
+/// The point forms a triangle with each side. For a point inside, these three areas add up to the whole; for
+/// one outside, to more. The comparison allows one per cent more, because single precision rounds each area.
 bool IsInTriangle(const vector3f& point, const vector3f& a, const vector3f& b, const vector3f& c) {
     const float ab = Distance(a, b);
     const float bc = Distance(b, c);
@@ -50,29 +39,6 @@ bool IsInTriangle(const vector3f& point, const vector3f& a, const vector3f& b, c
 }
 
 }  // namespace
-
-float rand_intvf(float min, float max, float precision) {
-    static bool instance_seed = false;
-    if (!instance_seed) {
-        std::srand(static_cast<unsigned int>(std::time(nullptr)));
-        instance_seed = true;
-    }
-    const long long n = Truncate((max - min) * precision) + 1;
-    if (n == 0) return min;
-    // A negative n is meant to work: the remainder of rand's non-negative number is then 0 .. |n| - 1.
-    return min + static_cast<float>(std::rand() % n) / precision;
-}
-
-float RateInterpole(float from, float to, float rate) {
-    return to / 100.0F * rate + from - from / 100.0F * rate;
-}
-
-float GetRate(float value, float total) {
-    float rate = value * 100.0F / total;
-    if (rate > 100.0F) rate = 100.0F;
-    if (rate < 0.0F) rate = 0.0F;
-    return rate;
-}
 
 bool OppositeSign(float a, float b) {
     return (a < 0.0F && b >= 0.0F) || (b < 0.0F && a >= 0.0F);
@@ -105,10 +71,19 @@ bool SegmentPlaneIntersect(vector3f& s0, vector3f& s1, vector3f& a, vector3f& b,
 
 bool GetIntersectionBetweenSegmentTriangle(vector3f ta, vector3f tb, vector3f tc, vector3f s0, vector3f s1,
                                            vector3f& hit) {
-    // The intermediate values live in static storage and carry nothing from one call to the next.
+    // Where a line meets a plane: https://en.wikipedia.org/wiki/Line%E2%80%93plane_intersection
+    //
+    //   plane        a x + b y + c z + d = 0, its normal (a, b, c) the cross product of two sides
+    //   line         s0 + t (e, f, g)
+    //   hit at       t = -(a s0.x + b s0.y + c s0.z + d) / k with k = a e + b f + c g
+    //
+    // Each coordinate below is s0 + t (e, f, g) over the common denominator k, which is 0 for a line parallel
+    // to the plane: the hit is then NaN or infinite, and in no triangle.
+    //
+    // Deliberate: these are static; nothing is carried from one call to the next.
     static float a, b, c, d;        // the plane: a x + b y + c z + d = 0
     static float e, f, g;           // the direction of the segment
-    static float h, i, l;           // the plane's coefficients times the direction
+    static float h, i, l;           // the terms of k
     static float m, n, o, p, q, r;  // two sides of the triangle
 
     if (!SegmentPlaneIntersect(s0, s1, ta, tb, tc)) return false;

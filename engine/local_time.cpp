@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What tells one version of the system's time zone from another.
+/// Identifies a version of the system's time zone file: device, inode, time of its last change.
 using ZoneVersion = std::tuple<dev_t, ino_t, time_t, long>;
 
 ZoneVersion SystemZone() {
@@ -19,7 +19,8 @@ ZoneVersion SystemZone() {
     return {status.st_dev, status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-/// Makes the C library read the system's time zone again when it has changed: by itself it reads it once.
+/// Makes the C library read the system's time zone again when the file has changed; by itself it reads the
+/// file only once. A change of TZ forces it to: set to something else and unset again.
 void FollowSystemZone() {
     static ZoneVersion known = SystemZone();
     if (std::getenv("TZ") != nullptr) return;

@@ -5,8 +5,8 @@
 // (row r, column c) is m[c * 4 + r] and the translation stands at m[12], m[13], m[14]. A plain value;
 // everything is inline and single precision. Angles are degrees.
 //
-// The setters (identity, translate*, rotate_*, scale) overwrite the whole matrix and return it; they
-// do not multiply onto what it held. rotate, about an arbitrary axis, writes only a part: see there.
+// The setters (identity, translate*, rotate_*, scale) overwrite the whole matrix and return it; they do not
+// multiply it. rotate(), about an arbitrary axis, writes only a part of it.
 #pragma once
 
 #include <cmath>
@@ -83,9 +83,11 @@ struct matrix4x4f {
         return *this;
     }
 
-    /// Writes a rotation by `a` degrees about an axis. Two oddities are meant: the caller's axis is
-    /// normalised in place, and m[3], m[7], m[11] and the translation keep what they held, so that a pure
-    /// rotation needs an identity to start from. An axis of length 0 gives NaN.
+    /// Writes a rotation by `a` degrees about an axis. An axis of length 0 gives NaN. For a pure rotation
+    /// start from the identity.
+    ///
+    /// Deliberate: the caller's axis is normalised in place.
+    /// Deliberate: m[3], m[7], m[11] and the translation keep what they held.
     matrix4x4f& rotate(const float& a, vector3f& axis) {
         const float s = std::sin(a * kRadians);
         const float c = std::cos(a * kRadians);
@@ -146,7 +148,7 @@ struct matrix4x4f {
         return difference;
     }
 
-    /// Returns this matrix times the other: what the other does is done first.
+    /// Returns this matrix times the other. Applied to a point, the other matrix acts first.
     matrix4x4f operator*(const matrix4x4f& other) const {
         matrix4x4f product;
         for (std::size_t column = 0; column < 4; ++column) {

@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Screen helpers of the engine's kit, and the key that orders dates.
+#include "engine/screen.h"
 
 #include <GL/gl.h>
 
 #include <cstdlib>
-
-#include "engine/MacEngine.h"
 
 namespace {
 
@@ -94,12 +92,4 @@ void RenderSkyBoxMask(unsigned int t0, unsigned int t1, unsigned int t2, unsigne
         Corners(side.corners);
         glEnd();
     }
-}
-
-double ConvertDAM(int day, int month, int year, int hour, int minute) {
-    // All in double precision, the difference of the years too: no int overflows.
-    const double years = static_cast<double>(year) - 1900.0;
-    return static_cast<double>(minute) + static_cast<double>(hour) * 60.0 +
-           static_cast<double>(day) * 24.0 * 60.0 + static_cast<double>(month) * 31.0 * 24.0 * 60.0 +
-           years * 12.0 * 31.0 * 24.0 * 60.0;
 }

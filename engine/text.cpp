@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Bitmap-font text of the engine's kit.
+#include "engine/text.h"
 
 #include <GL/freeglut.h>
 
@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "engine/MacEngine.h"
 #include "engine/canvas.h"
 #include "engine/host.h"
 
@@ -31,15 +30,15 @@ void EnterTextCanvas() {
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
 }
 
-/// Leaves the texture enabled, which is meant.
+/// Deliberate: GL_TEXTURE_2D stays enabled.
 void LeaveTextCanvas() {
     glDisable(GL_BLEND);
     glDepthMask(GL_TRUE);
     LeaveCanvas();
 }
 
-/// Draws one character on a square of edge 2 * size about (x, y). The vertex array stays enabled, which is
-/// meant.
+/// Draws one character on a square of edge 2 * size about (x, y).
+/// Deliberate: the vertex array stays enabled.
 void DrawGlyph(char c, float x, float y, float size) {
     const int cell = ConvertCharToGlASCII(c);
     const int column = cell < 0 ? 0 : cell % kColumns;
@@ -107,7 +106,7 @@ void glPrintTextBox(float x, float y, float size, int width, const char* format,
     for (const char* c = text; *c != '\0'; ++c) {
         DrawGlyph(*c, x, y, size);
         x += size * kAdvance;
-        // The test comes before the count, so the first line holds one character more than the others: meant.
+        // Deliberate: testing before counting gives the first line one character more than the others.
         if (count >= width) {
             x = start_x;
             y -= size * kAdvance * 2;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Textures from bitmap files, of the engine's kit.
+#include "engine/texture.h"
 
 #include <GL/gl.h>
 #include <GL/glu.h>
@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "engine/BMP_Loader.h"
-#include "engine/MacEngine.h"
 
 namespace {
 
@@ -22,8 +21,8 @@ std::int64_t Pixels(const BMPClass& image) {
     return std::int64_t{image.width} * image.height;
 }
 
-/// Returns whether GL takes an image as it is. A file may say any sizes, so that its image has far more bytes
-/// than the file; two negative sizes make an image too, of their product.
+/// Returns whether GL takes an image of these sizes. They come unchecked from the file's header, and
+/// allocateMem() accepts two negative ones, as their product is positive.
 bool IsTaken(const BMPClass& image) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
@@ -40,7 +39,7 @@ void MakeTexture(unsigned int* texture, GLint magnified, GLint minified) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, minified);
 }
 
-/// Uploads an image with all its levels. Its rows follow one another without the padding that GL expects.
+/// Uploads an image with all its mipmaps. The image's rows have no padding, which GL expects by default.
 void BuildMipmaps(const BMPClass& image) {
     GLint alignment = 0;
     glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
@@ -50,7 +49,7 @@ void BuildMipmaps(const BMPClass& image) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
 }
 
-/// Returns the colours of one image with the red of another, pixel by pixel, as their alpha.
+/// Returns RGBA texels: the colours of one image, with the red of another as alpha.
 std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha) {
     const auto pixels = static_cast<std::size_t>(Pixels(color));
     std::vector<unsigned char> texels(pixels * 4);
@@ -65,7 +64,7 @@ std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha)
 
 bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) try {
     BMPClass image;
-    // gluBuild2DMipmaps counts bytes in an int, and crashes where they do not fit.
+    // gluBuild2DMipmaps counts bytes in an int and crashes if that overflows.
     if (BMPLoad(file, image) != 0 || Pixels(image) > INT_MAX / 3) return false;
     MakeTexture(texture, GL_NEAREST, mipmap_filter ? GL_LINEAR_MIPMAP_NEAREST : GL_NEAREST);
     BuildMipmaps(image);

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The three-component vector of the program: positions, velocities, colours of particles, places of
-// buttons. A plain value; everything is inline, single precision and without guards, so that a
-// division by zero gives the infinities and NaNs of IEEE 754.
+// The three-component vector: points and offsets on the canvas, places of buttons, corners of meshes. The
+// particles have a vector of their own (ZelvarParticlesFX.h), whose normalize() leaves a zero vector alone.
+//
+// A plain value; everything is inline, single precision and without guards, so that a division by zero gives
+// the infinities and NaNs of IEEE 754.
 #pragma once
 
 #include <cmath>
@@ -27,8 +29,8 @@ struct vector3f {
         return *this;
     }
 
-    /// Returns the Euclidean length. The sum is taken in double precision, so that it neither overflows
-    /// nor vanishes for any components whose length a float can hold.
+    /// Returns the Euclidean length. The squares are added in double precision: they neither overflow nor
+    /// become 0 where the length itself fits a float.
     float length() const {
         const double dx = x;
         const double dy = y;
@@ -39,7 +41,7 @@ struct vector3f {
     /// Returns the square of the length, in single precision.
     float quadratic_length() const { return x * x + y * y + z * z; }
 
-    /// Divides each component by the length, in place. A zero vector becomes NaN: there is no guard.
+    /// Divides each component by the length, in place. A zero vector becomes NaN.
     void normalize() {
         const float divisor = length();
         x /= divisor;
@@ -83,7 +85,7 @@ inline vector3f operator*(float scalar, const vector3f& v) {
     return v * scalar;
 }
 
-/// Returns the component-wise quotient; there is no guard against zero.
+/// Returns the component-wise quotient; dividing by zero gives infinities and NaN.
 inline vector3f operator/(const vector3f& a, const vector3f& b) {
     return {a.x / b.x, a.y / b.y, a.z / b.z};
 }
@@ -91,7 +93,7 @@ inline vector3f operator/(const vector3f& v, float scalar) {
     return {v.x / scalar, v.y / scalar, v.z / scalar};
 }
 
-/// Says whether all components are equal as floats: a NaN equals nothing, +0 equals -0.
+/// Returns whether all components are equal as floats: NaN equals nothing, +0 equals -0.
 inline bool operator==(const vector3f& a, const vector3f& b) {
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
@@ -99,12 +101,12 @@ inline bool operator!=(const vector3f& a, const vector3f& b) {
     return !(a == b);
 }
 
-/// Returns the vector perpendicular to both, in the sense of the right hand.
+/// Returns the cross product, perpendicular to both by the right-hand rule.
 inline vector3f crossProduct(const vector3f& a, const vector3f& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// Returns the sum of the products of the components.
+/// Returns the dot product.
 inline float dotProduct(const vector3f& a, const vector3f& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }

@@ -20,31 +20,32 @@ namespace {
 
 // Format tags.
 constexpr std::uint32_t kLinearPcm = 1;
-constexpr std::uint32_t kFloat = 3;  // linear PCM as well
+constexpr std::uint32_t kFloat = 3;  // IEEE 754 samples
 constexpr std::uint32_t kExtensible = 0xFFFE;
 
-constexpr std::size_t kFormatBytes = 16;      ///< of a format chunk without extension
-constexpr std::size_t kExtensibleBytes = 40;  ///< of one with the extension that holds the real tag
-constexpr std::size_t kSubFormat = 24;        ///< where that tag is
+constexpr std::size_t kFormatBytes = 16;      ///< length of a format chunk without extension
+constexpr std::size_t kExtensibleBytes = 40;  ///< length of one with the extension of WAVE_FORMAT_EXTENSIBLE
+constexpr std::size_t kSubFormat = 24;        ///< offset of the subformat, which begins with the tag
 
 /// What a format chunk says.
 struct Format {
     std::uint32_t tag, channels, rate, block, bits;
 };
 
-/// Where the audio bytes are.
+/// The position and length of the audio bytes.
 struct Audio {
     long start;
     std::uint32_t bytes;
 };
 
-/// What is in the file; nothing for a chunk that is not there.
+/// The chunks of a file; nothing for one that is missing.
 struct Chunks {
     std::optional<Format> format;
     std::optional<Audio> audio;
 };
 
-/// Ends the program. Not with exit: OpenAL would add a line about its open device.
+/// Ends the program. Not by exit(), whose handlers let OpenAL print a line about the device that is still
+/// open.
 [[noreturn]] void End(WaveStatus status) {
     std::quick_exit(status);
 }
@@ -64,7 +65,7 @@ bool IsWave(std::FILE* file) {
            std::memcmp(head + 8, "WAVE", 4) == 0;
 }
 
-/// Reads a format chunk of so many bytes; nothing if it is too short.
+/// Reads a format chunk of `bytes` bytes; nothing if it is too short.
 std::optional<Format> ReadFormat(std::FILE* file, std::uint32_t bytes) {
     std::array<unsigned char, kExtensibleBytes> chunk = {};
     const std::size_t wanted = std::min<std::size_t>(bytes, chunk.size());
@@ -76,7 +77,8 @@ std::optional<Format> ReadFormat(std::FILE* file, std::uint32_t bytes) {
     return format;
 }
 
-/// Finds the first format and the first data chunk. Chunks of an odd length are padded with a byte.
+/// Finds the first format chunk and the first data chunk. A chunk of odd length is followed by a padding
+/// byte.
 Chunks FindChunks(std::FILE* file) {
     Chunks chunks;
     unsigned char head[8];
@@ -94,7 +96,7 @@ long Length(std::FILE* file) {
     return std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
 }
 
-// ---- What OpenAL is told ----
+// ---- OpenAL's format ----
 
 /// Returns OpenAL's format for 8 or 16 bits; ends the program for any other depth.
 int ByDepth(std::uint32_t bits, int format_8, int format_16, WaveStatus otherwise) {
@@ -114,7 +116,7 @@ int OpenAlFormat(const Format& format) {
     }
 }
 
-/// Reads the audio bytes. A chunk that says more than the file holds is told without asking for the memory.
+/// Reads the audio bytes. A chunk that is longer than the file is rejected before anything is allocated.
 void* ReadAudio(std::FILE* file, const Audio& audio) {
     if (audio.start + long{audio.bytes} > Length(file)) End(kFewerBytesThanSaid);
     void* bytes = std::malloc(std::max<std::size_t>(audio.bytes, 1));

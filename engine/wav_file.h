@@ -3,13 +3,19 @@
 
 // The reader of uncompressed WAVE files, the only sound files that the program plays.
 //
-// The sounds ship with the program, so the reader has no error return: a file that cannot be played ends the
-// program at once with an exit status that says why, and without a word.
+// A WAVE file is a RIFF container: a list of chunks, each with a name, a length and its bytes. The layout:
+//   https://learn.microsoft.com/en-us/windows/win32/xaudio2/resource-interchange-file-format--riff-
+//   https://learn.microsoft.com/en-us/windows/win32/api/mmreg/ns-mmreg-waveformatextensible
+//   https://www.rfc-editor.org/rfc/rfc2361 (the format tags)
+//
+// The sounds ship with the program. A file that cannot be played ends it at once; the exit status says why,
+// and nothing is printed.
+// Deliberate: there is no error return.
 #pragma once
 
 /// Exit statuses of LoadWAVFile().
 enum WaveStatus {
-    kNotAWaveFile = 1,        ///< missing, unreadable or no RIFF container of the kind WAVE
+    kNotAWaveFile = 1,        ///< missing, unreadable, or no RIFF container of the type WAVE
     kNoFormat = 2,            ///< no format chunk, or one that is too short
     kNotLinearPcm = 3,        ///< compressed
     kNoAudio = 4,             ///< no data chunk
@@ -23,13 +29,14 @@ enum WaveStatus {
 };
 
 /// Reads a whole WAVE file into memory, ready for alBufferData. Returns 1, or ends the program with one of
-/// the statuses above. Chunks other than format and data are skipped; WAVE_FORMAT_EXTENSIBLE is looked
-/// through; floating point is linear PCM too, and fails by its depth.
+/// the statuses above. Chunks other than format and data are skipped. For WAVE_FORMAT_EXTENSIBLE the tag of
+/// the subformat counts. Floating-point samples pass as linear PCM, and then fail because of their 32 or 64
+/// bits.
 ///
 /// path      a path, UTF-8
 /// format    AL_FORMAT_MONO8, AL_FORMAT_MONO16, AL_FORMAT_STEREO8 or AL_FORMAT_STEREO16
-/// data      the audio bytes as the file has them, interleaved frames, from malloc; the caller's to free
-/// size      how many bytes
+/// data      the audio bytes of the file, frames interleaved; allocated by malloc, freed by the caller
+/// size      number of audio bytes
 /// freq      sample rate, frames a second
-/// duration  seconds: the bytes over those that a second takes
+/// duration  seconds: `size` divided by the bytes a second
 int LoadWAVFile(const char* path, int* format, void** data, int* size, int* freq, double* duration);

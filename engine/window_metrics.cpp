@@ -10,7 +10,7 @@
 
 namespace {
 
-/// One number of the window and what GLUT calls it.
+/// A number of the window: GLUT's name for it, and its value once known.
 struct Metric {
     GLenum question;
     std::optional<int> answer;

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The window's size and place, asked of the window system as seldom as possible.
+// The window's size and place, cached.
 //
-// Every question to GLUT about its window is a round trip to the window system, and many callers need the
-// same four numbers in one frame. The size is kept until the window is reshaped, which GLUT tells; the place,
-// which it does not tell, is kept to the end of the frame.
+// glutGet() makes a round trip to the window system for each of these numbers, and many callers need them in
+// one frame. The size is cached until the reshape callback. The place is cached until the next frame, because
+// standard GLUT does not report its changes.
 #pragma once
 
 /// Returns the window's width in pixels, at least 1.

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "engine/BMP_Loader.h"
-#include "engine/MacEngine.h"
+#include "engine/texture.h"
 #include "fuzz/fuzzer.h"
 
 // ---- The GL of the fuzzer ----

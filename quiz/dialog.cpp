@@ -12,7 +12,7 @@
 #include "app/sounds.h"
 #include "app/state.h"
 #include "app/textures.h"
-#include "engine/MacEngine.h"
+#include "engine/text.h"
 #include "quiz/questions.h"
 
 std::int32_t question_id = 0;

@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "engine/BMP_Loader.h"
-#include "engine/MacEngine.h"
+#include "engine/texture.h"
 #include "tests/desktop/process.h"
 #include "tests/unit/temporary_folder.h"
 

@@ -33,7 +33,7 @@ using bitmaps::Header;
 using bitmaps::Noise;
 using bitmaps::Palette;
 using bitmaps::PaletteBytes;
-using bitmaps::TrueColour;
+using bitmaps::TrueColor;
 using bitmaps::WithPalette;
 
 constexpr char kFile[] = "image.bmp";
@@ -203,7 +203,7 @@ TEST(BitmapImage, OfTwoNegativeSizesHasTheBytesOfTheirProduct) {
     EXPECT_GE(malloc_usable_size(image.bytes), 105U);
 }
 
-TEST(BitmapImage, FindsAPixelByColumnRowAndColour) {
+TEST(BitmapImage, FindsAPixelByColumnRowAndColor) {
     BMPClass image;
     image.width = 4;
     image.height = 3;
@@ -256,7 +256,7 @@ TEST_F(BitmapTest, AFolderIsNoBitmap) {
 }
 
 TEST_F(BitmapTest, WhatIsNoBitmapLeavesTheImageAsItWas) {
-    Load(TrueColour(1, 1, "abc"));
+    Load(TrueColor(1, 1, "abc"));
     const unsigned char* bytes = image_.bytes;
 
     EXPECT_EQ(BMPLoad("missing.bmp", image_), 'o');
@@ -282,7 +282,7 @@ TEST_F(BitmapTest, OtherDepthsAreUnknownAndLeaveAnImageOfTheFilesSize) {
 }
 
 TEST_F(BitmapTest, TheCodeAloneIsThatOfTheWholeReader) {
-    WriteFile("good.bmp", TrueColour(1, 1, "abc"));
+    WriteFile("good.bmp", TrueColor(1, 1, "abc"));
     WriteFile("32.bmp", Header{1, 1, 32, 54}.Bytes() + "abcd");
     WriteFile("not.bmp", "BA");
 
@@ -295,33 +295,33 @@ TEST_F(BitmapTest, TheCodeAloneIsThatOfTheWholeReader) {
 // ---- 24 bits ----
 
 TEST_F(BitmapTest, BlueGreenRedBecomesRedGreenBlue) {
-    ExpectPixels(TrueColour(4, 1, "abcdefghijkl"), "cbafedihglkj");
+    ExpectPixels(TrueColor(4, 1, "abcdefghijkl"), "cbafedihglkj");
     EXPECT_EQ(image_.width, 4);
     EXPECT_EQ(image_.height, 1);
 }
 
 TEST_F(BitmapTest, RowsAreInTheOrderOfTheFile) {
-    ExpectPixels(TrueColour(4, 2, "abcdefghijklABCDEFGHIJKL"), "cbafedihglkjCBAFEDIHGLKJ");
+    ExpectPixels(TrueColor(4, 2, "abcdefghijklABCDEFGHIJKL"), "cbafedihglkjCBAFEDIHGLKJ");
 }
 
 TEST_F(BitmapTest, PaddingIsTakenForPixelsSoThatTheImageIsSheared) {
-    ExpectPixels(TrueColour(2, 2, "abcdef..ABCDEF.."), "cbafedA..DCB");
+    ExpectPixels(TrueColor(2, 2, "abcdef..ABCDEF.."), "cbafedA..DCB");
 }
 
 // ---- Palettes ----
 
-TEST_F(BitmapTest, In256ColoursEveryByteIsAColour) {
+TEST_F(BitmapTest, In256ColorsEveryByteIsAColor) {
     std::string all;
-    std::string colours;
+    std::string colors;
     for (unsigned i = 0; i < 256; ++i) {
         all += static_cast<char>(i);
-        colours += {static_cast<char>(255 - i), static_cast<char>(i * 5 + 1), static_cast<char>(i + 3)};
+        colors += {static_cast<char>(255 - i), static_cast<char>(i * 5 + 1), static_cast<char>(i + 3)};
     }
 
-    ExpectPixels(WithPalette(64, 4, 8, all), colours);
+    ExpectPixels(WithPalette(64, 4, 8, all), colors);
 }
 
-TEST_F(BitmapTest, In256ColoursPaddingIsTakenForPixels) {
+TEST_F(BitmapTest, In256ColorsPaddingIsTakenForPixels) {
     const std::string palette = Palette(8);
     const auto red = [&](char index) {
         return palette[4 * std::size_t{static_cast<unsigned char>(index)} + 2];
@@ -335,7 +335,7 @@ TEST_F(BitmapTest, In256ColoursPaddingIsTakenForPixels) {
     EXPECT_EQ(static_cast<char>(image_.pixel(2, 1, 0)), red('B'));
 }
 
-TEST_F(BitmapTest, In16ColoursTheHighHalfOfAByteIsTheLeftPixel) {
+TEST_F(BitmapTest, In16ColorsTheHighHalfOfAByteIsTheLeftPixel) {
     const std::string file = WithPalette(256, 256, 4, "\x1E" + std::string(256 * 128 - 2, '\x00') + "\xF2");
 
     EXPECT_EQ(Load(file), '0');
@@ -349,7 +349,7 @@ TEST_F(BitmapTest, In16ColoursTheHighHalfOfAByteIsTheLeftPixel) {
     EXPECT_EQ(image_.pixel(255, 255, 0), 255 - 2);
 }
 
-TEST_F(BitmapTest, In16ColoursEveryRowOfTheFileIsTakenToBe256Wide) {
+TEST_F(BitmapTest, In16ColorsEveryRowOfTheFileIsTakenToBe256Wide) {
     std::string pixels(256UL * 128, '\x11');
     for (std::size_t y = 0; y < 4; ++y) pixels.replace(y * 128, 2, "\x23\x45");
 
@@ -360,7 +360,7 @@ TEST_F(BitmapTest, In16ColoursEveryRowOfTheFileIsTakenToBe256Wide) {
     }
 }
 
-TEST_F(BitmapTest, In16ColoursWhatIsBeyond256StaysBlack) {
+TEST_F(BitmapTest, In16ColorsWhatIsBeyond256StaysBlack) {
     EXPECT_EQ(Load(WithPalette(300, 260, 4, std::string(300UL * 260, '\x33'))), '0');
 
     EXPECT_EQ(image_.pixel(255, 255, 0), 255 - 3);
@@ -370,14 +370,14 @@ TEST_F(BitmapTest, In16ColoursWhatIsBeyond256StaysBlack) {
     EXPECT_EQ(image_.pixel(299, 259, 0), 0);
 }
 
-TEST_F(BitmapTest, In2ColoursTheHighestBitIsTheLeftmostPixel) {
+TEST_F(BitmapTest, In2ColorsTheHighestBitIsTheLeftmostPixel) {
     EXPECT_EQ(Load(WithPalette(8, 1, 1, "\xA1")), '0');
 
     const int bits[] = {1, 0, 1, 0, 0, 0, 0, 1};
     for (int x = 0; x < 8; ++x) EXPECT_EQ(image_.pixel(x, 0, 2), bits[x] + 3) << x;
 }
 
-TEST_F(BitmapTest, In2ColoursARowBeginsWithANewByte) {
+TEST_F(BitmapTest, In2ColorsARowBeginsWithANewByte) {
     EXPECT_EQ(Load(WithPalette(10, 2, 1, std::string("\xFF\xBF\x00\x40", 4))), '0');
 
     EXPECT_EQ(image_.pixel(8, 0, 2), 1 + 3);
@@ -485,7 +485,7 @@ TEST_P(BitmapShapes, AnImageOfNoPixelsIsLoaded) {
 
 TEST_P(BitmapShapes, AnImageWithOneNegativeSizeHasNoMemoryAndKeepsItsSizesWithoutBytes) {
     for (const auto& [width, height] : {std::pair{-4, 4}, {4, -4}, {INT_MIN, INT_MAX}}) {
-        Load(TrueColour(1, 1, "abc"));
+        Load(TrueColor(1, 1, "abc"));
         const Header header = {width, height, GetParam().bits, 54};
         WriteFile(kFile, header.Bytes() + Noise(2000));
         EXPECT_THROW(BMPLoad(kFile, image_), std::bad_alloc) << width << " x " << height;
@@ -505,7 +505,7 @@ TEST_P(BitmapShapes, AnImageWithTwoNegativeSizesIsLoaded) {
 }
 
 TEST_P(BitmapShapes, LoadingAgainReplacesTheImage) {
-    Load(TrueColour(50, 50, Noise(7500)));
+    Load(TrueColor(50, 50, Noise(7500)));
     const std::string file = GetParam().File();
 
     ExpectPixels(file, Decoded(file, GetParam().HeaderOf()));

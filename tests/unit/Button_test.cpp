@@ -293,7 +293,7 @@ TEST_F(ButtonTest, SharesItsTwoArraysWithAllOthers) {
 
 // ---- Colour ----
 
-TEST_F(ButtonTest, WithHighlightIsWhiteAwayFromThePointerWhateverTheColourBefore) {
+TEST_F(ButtonTest, WithHighlightIsWhiteAwayFromThePointerWhateverTheColorBefore) {
     glColor4f(0.1F, 0.2F, 0.3F, 0.4F);
 
     Button(7, 100, 200, 30, 20).Display(true);
@@ -311,7 +311,7 @@ TEST_F(ButtonTest, WithHighlightIsYellowUnderThePointerAndLeavesWhite) {
     EXPECT_EQ(fakes::gl().color, kWhite);
 }
 
-TEST_F(ButtonTest, WithoutHighlightKeepsTheCallersColourAlsoUnderThePointer) {
+TEST_F(ButtonTest, WithoutHighlightKeepsTheCallersColorAlsoUnderThePointer) {
     const fakes::Rgba callers{0.1F, 0.2F, 0.3F, 0.4F};
     for (const float x : {100.0F, 400.0F}) {
         PointAtCanvas(x, 200);

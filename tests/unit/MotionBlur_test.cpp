@@ -74,7 +74,7 @@ TEST_F(RenderOnViewportTest, PutsTheMatricesBackAndEndsInModelViewMode) {
     EXPECT_EQ(fakes::gl().matrix_mode, static_cast<GLenum>(GL_MODELVIEW));
 }
 
-TEST_F(RenderOnViewportTest, UsesTheCallersTextureColourAndBlendingAndLeavesTexturingEnabled) {
+TEST_F(RenderOnViewportTest, UsesTheCallersTextureColorAndBlendingAndLeavesTexturingEnabled) {
     glBindTexture(GL_TEXTURE_2D, 5);
     glColor4f(0.25F, 0.5F, 0.75F, 0.125F);
     glEnable(GL_BLEND);

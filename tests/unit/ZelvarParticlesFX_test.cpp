@@ -558,7 +558,7 @@ TEST_F(ParticlesTest, AFrameDrawsSquaresOfTheParticlesSizeAtTheirPlaces) {
     EXPECT_NEAR(square.vertices.at(0).eye[2], 30, 1e-3);
 }
 
-TEST_F(ParticlesTest, AFrameLeavesDepthWrittenBlendingOffColourWhiteAndTheMatrixAsItWas) {
+TEST_F(ParticlesTest, AFrameLeavesDepthWrittenBlendingOffColorWhiteAndTheMatrixAsItWas) {
     ZelvarParticlesFX emitter = Emitter();
     glTranslatef(5, 6, 7);
     glEnable(GL_BLEND);
@@ -684,7 +684,7 @@ TEST_F(ParticlesTest, RandomNumbersAreDrawnForTheIntervalTheCountTheParticlesAnd
 
 // ---- Death ----
 
-TEST_F(ParticlesTest, ThatDieAreDrawnOnceMoreInTheirEndColourWithNothingOfItAndThenRemoved) {
+TEST_F(ParticlesTest, ThatDieAreDrawnOnceMoreInTheirEndColorWithNothingOfItAndThenRemoved) {
     ZelvarParticlesFX emitter = Emitter();
     SetAll(emitter.particles_timelife, 1);
     SetAll(emitter.particles_color_start, 100);
@@ -942,26 +942,26 @@ std::string ColorOfAQuarter(const std::array<float, 3>& start, const std::array<
     return Colors().at(0);
 }
 
-TEST_F(ParticlesTest, FadeFromTheStartColourToTheEndColourAndToNothing) {
+TEST_F(ParticlesTest, FadeFromTheStartColorToTheEndColorAndToNothing) {
     EXPECT_EQ(ColorOfAQuarter({200, 100, 0}, {0, 100, 200}), "glColor4ub(50, 100, 150, 63)");
 }
 
-TEST_F(ParticlesTest, ColoursAreCutToWholeNumbers) {
+TEST_F(ParticlesTest, ColorsAreCutToWholeNumbers) {
     EXPECT_EQ(ColorOfAQuarter({3, 6, 7}, {0, 0, 0}), "glColor4ub(0, 1, 1, 63)");
 }
 
-TEST_F(ParticlesTest, ColoursBeyondAByteKeepItsLowBits) {
+TEST_F(ParticlesTest, ColorsBeyondAByteKeepItsLowBits) {
     EXPECT_EQ(ColorOfAQuarter({300, 256, 1000}, {300, 256, 1000}), "glColor4ub(44, 0, 232, 63)");
     EXPECT_EQ(ColorOfAQuarter({-1, -300, -256}, {-1, -300, -256}), "glColor4ub(255, 212, 0, 63)");
 }
 
-TEST_F(ParticlesTest, ColoursThatAreNoNumberOrBeyondAllBoundsAre0) {
+TEST_F(ParticlesTest, ColorsThatAreNoNumberOrBeyondAllBoundsAre0) {
     EXPECT_EQ(ColorOfAQuarter({kNotANumber, kInfinity, -kInfinity}, {1, 1, 1}), "glColor4ub(0, 0, 0, 63)");
     EXPECT_EQ(ColorOfAQuarter({1, 1, 1}, {kNotANumber, 2e9F, -2e9F}), "glColor4ub(0, 0, 0, 63)");
     EXPECT_EQ(ColorOfAQuarter({3.4e38F, 1e30F, -1e30F}, {0, 0, 0}), "glColor4ub(0, 0, 0, 63)");
 }
 
-TEST_F(ParticlesTest, OfFullLifeAreInTheirStartColour) {
+TEST_F(ParticlesTest, OfFullLifeAreInTheirStartColor) {
     ZelvarParticlesFX emitter = Emitter();
     SetEnds(emitter.particles_color_start, {200, 100, 50});
     SetEnds(emitter.particles_color_end, {0, 0, 0});

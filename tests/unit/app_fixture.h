@@ -4,9 +4,10 @@
 // The fixture for tests of app/: the whole program in one process, put back to its start before every test.
 //
 // Some things of the program cannot be put back, because they are hidden: the one seeding that the first
-// rand_intvf does, the last reading of the frame clock, what the window layer counts, and the last second that
-// was broken down. The fixture brings them to a known state instead: seeded, read at the fake clock's start,
-// with the swap interval of a shown window, a second that no test uses. Typing is listened to, with nothing typed.
+// rand_intvf does, the last reading of the frame clock, what the window layer counts, and the last second
+// that was broken down. The fixture brings them to a known state instead: seeded, read at the fake clock's
+// start, with the swap interval of a shown window, a second that no test uses. Typing is listened to, with
+// nothing typed.
 //
 // The current directory is a folder of the test's own with the program's sounds in it.
 //
@@ -36,9 +37,9 @@
 #include "calendar/events.h"
 #include "calendar/list.h"
 #include "calendar/notices.h"
-#include "engine/MacEngine.h"
 #include "engine/Sound.h"
 #include "engine/local_time.h"
+#include "engine/random.h"
 #include "engine/window_metrics.h"
 #include "quiz/dialog.h"
 #include "quiz/questions.h"

@@ -36,7 +36,7 @@ struct Header {
 };
 
 /// Returns a file of 24 bits whose pixels, blue first, are these bytes.
-inline std::string TrueColour(int width, int height, const std::string& pixels) {
+inline std::string TrueColor(int width, int height, const std::string& pixels) {
     return Header{width, height, 24, 54}.Bytes() + pixels;
 }
 

@@ -14,7 +14,6 @@
 #include <string>
 #include <vector>
 
-#include "engine/MacEngine.h"
 #include "tests/unit/calendar_fixture.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/MacEngine.h"
 #include "engine/host.h"
+#include "engine/text.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/text_reader.h"
 
@@ -222,7 +222,7 @@ TEST_F(TextTest, ANewlineInALineIsABlank) {
     EXPECT_EQ(Words(PrintedText()), (std::vector<std::string>{"a b"}));
 }
 
-TEST_F(TextTest, GlyphsAreBlendedInTheCallersColourWithoutWritingDepth) {
+TEST_F(TextTest, GlyphsAreBlendedInTheCallersColorWithoutWritingDepth) {
     glColor4f(0.25F, 0.5F, 0.75F, 0.5F);
 
     glPrintText(10, 20, 10, false, "a");

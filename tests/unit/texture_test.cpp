@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/MacEngine.h"
+#include "engine/texture.h"
 #include "tests/fakes/fakes.h"
 #include "tests/unit/bitmap_files.h"
 #include "tests/unit/limit_memory.h"
@@ -25,7 +25,7 @@ namespace {
 
 using bitmaps::Header;
 using bitmaps::Noise;
-using bitmaps::TrueColour;
+using bitmaps::TrueColor;
 using bitmaps::WithPalette;
 
 using Lines = std::vector<std::string>;
@@ -39,8 +39,8 @@ class TextureTest : public fakes::Test {
     void SetUp() override {
         fakes::Test::SetUp();
         fakes::gl().next_texture = 7;
-        WriteFile("color.bmp", TrueColour(4, 1, "abcdefghijkl"));
-        WriteFile("alpha.bmp", TrueColour(4, 1, "..A..B..C..D"));
+        WriteFile("color.bmp", TrueColor(4, 1, "abcdefghijkl"));
+        WriteFile("alpha.bmp", TrueColor(4, 1, "..A..B..C..D"));
     }
 
     /// Expects that neither helper makes a texture or touches GL at all for a file in the place of each.
@@ -122,7 +122,7 @@ TEST_F(TextureTest, AnOpaqueTextureHasTheBitmapsPixels) {
 }
 
 TEST_F(TextureTest, AnOpaqueTextureHasAllItsLevelsInEitherCase) {
-    WriteFile("large.bmp", TrueColour(16, 8, Noise(384)));
+    WriteFile("large.bmp", TrueColor(16, 8, Noise(384)));
 
     for (const bool mipmaps : {false, true}) {
         EXPECT_TRUE(LoadTexture(&texture_, "large.bmp", mipmaps));
@@ -194,7 +194,7 @@ TEST_F(TextureTest, GreysBecomeAlphaInTheirOrder) {
     for (const char grey : {'\0', '\x55', '\xAA', '\xFF'}) palette += std::string(3, grey) + '\0';
     palette.resize(1024);
     WriteFile("greys.bmp", Header{2, 2, 8, 54 + 1024}.Bytes() + palette + std::string("\0\1\2\3", 4));
-    WriteFile("square.bmp", TrueColour(2, 2, "abcdefghijkl"));
+    WriteFile("square.bmp", TrueColor(2, 2, "abcdefghijkl"));
 
     EXPECT_TRUE(LoadTextureAlpha(&texture_, "square.bmp", "greys.bmp"));
 
@@ -205,7 +205,7 @@ TEST_F(TextureTest, GreysBecomeAlphaInTheirOrder) {
 }
 
 TEST_F(TextureTest, TheAlphaBitmapMayHaveAnotherShapeAndIsReadPixelByPixel) {
-    WriteFile("square.bmp", TrueColour(2, 2, "abcdefghijkl"));
+    WriteFile("square.bmp", TrueColor(2, 2, "abcdefghijkl"));
 
     EXPECT_TRUE(LoadTextureAlpha(&texture_, "square.bmp", "alpha.bmp"));
 
@@ -214,7 +214,7 @@ TEST_F(TextureTest, TheAlphaBitmapMayHaveAnotherShapeAndIsReadPixelByPixel) {
 }
 
 TEST_F(TextureTest, TheAlphaBitmapMayHaveMorePixels) {
-    WriteFile("larger.bmp", TrueColour(3, 2, "..A..B..C..D..E..F"));
+    WriteFile("larger.bmp", TrueColor(3, 2, "..A..B..C..D..E..F"));
 
     EXPECT_TRUE(LoadTextureAlpha(&texture_, "color.bmp", "larger.bmp"));
 
@@ -222,7 +222,7 @@ TEST_F(TextureTest, TheAlphaBitmapMayHaveMorePixels) {
 }
 
 TEST_F(TextureTest, AnAlphaBitmapOfFewerPixelsIsRefused) {
-    WriteFile("smaller.bmp", TrueColour(3, 1, "..A..B..C"));
+    WriteFile("smaller.bmp", TrueColor(3, 1, "..A..B..C"));
 
     EXPECT_FALSE(LoadTextureAlpha(&texture_, "color.bmp", "smaller.bmp"));
 
@@ -283,7 +283,7 @@ TEST_F(TextureTest, ASizeThatGlDoesNotTakeMakesNoTextureWithAlpha) {
 }
 
 TEST_F(TextureTest, AHeightThatGlDoesNotTakeMakesNoTextureWithAlpha) {
-    WriteFile("tall.bmp", TrueColour(1, 4, "abcdefghijkl"));
+    WriteFile("tall.bmp", TrueColor(1, 4, "abcdefghijkl"));
     fakes::gl().max_texture_size = 3;
     EXPECT_FALSE(LoadTextureAlpha(&texture_, "tall.bmp", "alpha.bmp"));
     EXPECT_EQ(fakes::Count("glGenTextures"), 0U);
