@@ -1,7 +1,7 @@
 ; SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 ; SPDX-License-Identifier: MIT
 
-; The owl's voice, and the wood at night that it sits in. The seven scores (*.sco) share this file; a score is a
+; The owl's voice, and the wood at night that it sits in. The scores (*.sco) share this file; a score is a
 ; list of hoots and breaths, and tools/bake_sounds makes a WAVE file of each.
 ;
 ; What a score can say (times in seconds from the start of the sound, lengths in seconds):
