@@ -1,7 +1,7 @@
 ; SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 ; SPDX-License-Identifier: MIT
 
-; The owl's voice, and the wood at night that it sits in. The seven scores (*.sco) share this file; a score is a
+; The owl's voice, and the wood at night that it sits in. The scores (*.sco) share this file; a score is a
 ; list of hoots and breaths, and tools/bake_sounds makes a WAVE file of each.
 ;
 ; What a score can say (times in seconds from the start of the sound, lengths in seconds):
@@ -15,7 +15,7 @@
 ; - Loudness: 0 is a full hoot, -6 a soft one; a breath of 0 would be a gale as loud as a full hoot.
 ; - Mouth: 0 is a closed, round "hoo", 1 an open "hah".
 ; - Wobble: 0 is a steady voice, 1 one that trembles with grief (half a semitone up and down).
-; - Level: what the whole sound is turned up or down by, so that the seven are equally loud.
+; - Level: what the whole sound is turned up or down by, so that all are equally loud.
 ;
 ; There is no chance in it: all noise has a fixed seed, so that a bake gives the same bytes every time.
 

@@ -10,6 +10,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/tools/data_files.h"
+
 namespace desktop {
 
 namespace {
@@ -24,9 +26,6 @@ constexpr double kCompared = 1;
 
 /// Two waveforms more alike than this are the same sound.
 constexpr double kSame = 0.8;
-
-constexpr const char* kSounds[] = {"laugh.wav",   "notify.wav",  "question.wav", "right.wav",
-                                   "wrong_1.wav", "wrong_2.wav", "wrong_3.wav"};
 
 std::uint32_t Number(const std::string& bytes, std::size_t at, int count) {
     std::uint32_t number = 0;
@@ -119,7 +118,7 @@ Match Find(const Waveform& recording, const std::string& sound, double from) {
 
 std::vector<std::string> SoundsIn(const Waveform& recording, double from) {
     std::vector<std::pair<double, std::string>> found;
-    for (const char* sound : kSounds) {
+    for (const std::string& sound : NamesFrom(".sco")) {
         const Match match = Find(recording, sound, from);
         if (match.likeness > kSame) found.emplace_back(match.start, sound);
     }

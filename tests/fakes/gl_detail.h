@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// What the sources of the GL and GLU fakes share: names of constants for the log, and checks that many
-// calls make. Tests have no use for it.
+// What the sources of the GL and GLU fakes share: checks and arithmetic that many calls make. Tests have no
+// use for it.
 
 #pragma once
 
@@ -13,18 +13,10 @@
 #include <vector>
 
 #include "tests/fakes/gl.h"
+#include "tests/fakes/gl_names.h"
 #include "tests/fakes/log.h"
 
 namespace fakes {
-
-/// Returns a log argument that shows a constant by its name.
-Arg Constant(GLenum value);
-/// Returns a log argument for what glBegin draws; these constants overlap others in value.
-Arg Shape(GLenum value);
-/// Returns a log argument for a blend factor; GL_ZERO and GL_ONE overlap others in value.
-Arg Factor(GLenum value);
-/// Returns a log argument for a GLboolean.
-Arg Truth(GLboolean value);
 
 /// Returns true outside of glBegin/glEnd; inside it counts the call as a mistake.
 bool OutsideOfBegin(std::string_view call);

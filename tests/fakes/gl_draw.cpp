@@ -159,6 +159,13 @@ float Byte(GLubyte value) {
 }
 
 }  // namespace
+
+bool OutsideOfBegin(std::string_view call) {
+    if (!gl().begun) return true;
+    Misuse(GL_INVALID_OPERATION, std::string(call) + " between glBegin and glEnd");
+    return false;
+}
+
 }  // namespace fakes
 
 using namespace fakes;  // NOLINT(google-build-using-namespace): the C functions below are all this file's

@@ -17,9 +17,12 @@
 #include <iterator>
 #include <map>
 #include <ostream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/tools/data_files.h"
 
 namespace {
 
@@ -194,6 +197,15 @@ class BakedEffect : public testing::TestWithParam<Showing> {
 
 INSTANTIATE_TEST_SUITE_P(Effects, BakedEffect, testing::Values(kSleep, kSmoke),
                          [](const auto& test) { return fs::path(test.param.file).stem().string(); });
+
+TEST(BakedEffects, AreAllTestedHere) {
+    std::set<std::string> tested;
+    for (const Showing& showing : {kSleep, kSmoke}) tested.insert(showing.file);
+
+    std::set<std::string> baked;
+    for (const DataFile& file : DataFilesFrom(".txt")) baked.insert(file.name);
+    EXPECT_EQ(baked, tested);
+}
 
 TEST_P(BakedEffect, HasAllLinesOfEveryEmitterInOrder) {
     EXPECT_EQ(effect_.error, "");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The pictures as the build bakes them: the files that the program loads, and the geometry that its code
+// The pictures as the build bakes them: the files of the manifest, and the geometry that its code
 // relies on.
 #include <gtest/gtest.h>
 
@@ -15,46 +15,17 @@
 #include <string>
 #include <vector>
 
+#include "tests/tools/data_files.h"
 #include "tests/tools/raw_picture.h"
 
 namespace {
 
-/// Every file that the program loads.
-const std::vector<std::string> kPictures = {"font",
-                                            "background",
-                                            "eye_left",
-                                            "eye_right",
-                                            "hat",
-                                            "sleep",
-                                            "sleep_close_eyes",
-                                            "stand_01",
-                                            "stand_01_close_eyes",
-                                            "stand_02",
-                                            "stand_02_close_eyes",
-                                            "tree",
-                                            "cloud",
-                                            "circle",
-                                            "button_uncheck",
-                                            "button_check",
-                                            "close",
-                                            "add",
-                                            "trash",
-                                            "check",
-                                            "arrow_up",
-                                            "arrow_down",
-                                            "ic1",
-                                            "ic2",
-                                            "ic3",
-                                            "ic4",
-                                            "ic5",
-                                            "ic6",
-                                            "ic7",
-                                            "ic8",
-                                            "ic9",
-                                            "GUI_01",
-                                            "GUI_02",
-                                            "GUI_03",
-                                            "notify"};
+/// Returns every picture of the data folder; the font is one too.
+std::vector<std::string> AllPictures() {
+    std::vector<std::string> pictures = NamesFrom(".ttf");
+    for (const std::string& picture : NamesFrom(".svg")) pictures.push_back(picture);
+    return pictures;
+}
 
 constexpr std::uintmax_t kMebibyte = 1 << 20;
 
@@ -118,34 +89,27 @@ TEST_P(EveryPicture, HasTheBytesThatItsHeaderAnnounces) {
                                  << " bytes";
 }
 
-INSTANTIATE_TEST_SUITE_P(Pictures, EveryPicture, testing::ValuesIn(kPictures),
+INSTANTIATE_TEST_SUITE_P(Pictures, EveryPicture, testing::ValuesIn(AllPictures()),
                          [](const auto& test) { return test.param; });
 
-TEST(Pictures, HaveTheSizesOfTheList) {
-    std::ifstream list(ULMARO_PICTURE_LIST);
-    ASSERT_TRUE(list);
-    int listed = 0;
+TEST(Pictures, HaveTheSizesOfTheManifest) {
+    const std::vector<DataFile> files = DataFilesFrom(".svg");
+    ASSERT_FALSE(files.empty());
 
-    for (std::string line; std::getline(list, line);) {
-        std::istringstream words(line.substr(0, line.find('#')));
-        std::string file;
-        std::string drawing;
+    for (const DataFile& file : files) {
         std::uint32_t width = 0;
         std::uint32_t height = 0;
-        if (!(words >> file >> drawing >> width >> height)) continue;
-        const RawPicture picture = ReadRawPicture(PathOf(file));
-        EXPECT_EQ(picture.width, width) << file;
-        EXPECT_EQ(picture.height, height) << file;
-        ++listed;
+        std::istringstream(file.recipe) >> width >> height;
+        const RawPicture picture = ReadRawPicture(PathOf(file.name));
+        EXPECT_EQ(picture.width, width) << file.name;
+        EXPECT_EQ(picture.height, height) << file.name;
     }
-
-    EXPECT_GT(listed, 0);
 }
 
 TEST(Pictures, TakeLessThan32MebibytesInAll) {
     std::uintmax_t total = 0;
 
-    for (const std::string& picture : kPictures) total += ReadRawPicture(PathOf(picture)).bytes;
+    for (const std::string& picture : AllPictures()) total += ReadRawPicture(PathOf(picture)).bytes;
 
     EXPECT_GT(total, 0U);
     EXPECT_LT(total, 32 * kMebibyte);

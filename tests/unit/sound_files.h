@@ -19,11 +19,11 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/tools/data_files.h"
 
-/// Every sound of the program; the sample rate of the nth file, from 0, is 1000 + n.
+/// Every sound of the manifest; the sample rate of the nth file, from 0, is 1000 + n.
 inline const std::vector<std::string>& SoundFiles() {
-    static const std::vector<std::string> files = {"laugh.wav",   "notify.wav",  "question.wav", "right.wav",
-                                                   "wrong_1.wav", "wrong_2.wav", "wrong_3.wav"};
+    static const std::vector<std::string> files = NamesFrom(".sco");
     return files;
 }
 
