@@ -26,6 +26,15 @@ namespace {
 
 constexpr float kSoundPeriodSeconds = 35;  ///< from one sound of a notice to the next
 
+/// Where the button hangs, canvas units; the badge and its count hang on it, and all three bob with the
+/// bubble.
+constexpr float kBellX = 435;
+constexpr float kBellY = 440;
+constexpr float kBadgeX = kBellX + 30;
+constexpr float kBadgeY = kBellY - 30;
+constexpr float kCountX = kBellX + 24;  ///< the middle of the count's line
+constexpr float kCountY = kBellY - 39;  ///< its lower edge
+
 // ---- The pass ----
 
 /// Counts an event as due. The last one counted is the one that the button opens.
@@ -82,7 +91,7 @@ void OpenQuiz() {
 void ShowNotificationButton() {
     const bool due = new_notify && edit_event != nullptr;
     if (!due && !spawn_question) return;
-    const Button bell(icns[spawn_question ? kOfferIcon : kNoticeIcon], 435, 440 + ThoughtBob(), 40, 40);
+    const Button bell(icns[spawn_question ? kOfferIcon : kNoticeIcon], kBellX, kBellY + ThoughtBob(), 40, 40);
     bell.Display(true);
     if (!bell.isClicked()) return;
     if (due) {
@@ -111,13 +120,13 @@ void ShowBadge() {
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     glDepthMask(GL_FALSE);
     glPushMatrix();
-    glTranslatef(194, 145 + ThoughtBob(), 0);
+    glTranslatef(kBadgeX - kOwlX, kBadgeY - kOwlY + ThoughtBob(), 0);
     glBindTexture(GL_TEXTURE_2D, notify_circle);
     glColor4f(0.85F, 0.85F, 0.85F, 1);
     DrawRect(40, 40, 0);
     glColor4f(1, 1, 1, 1);
     glPopMatrix();
-    glPrintText(459, 401 + ThoughtBob(), 10, true, "%d", n_notify);
+    glPrintText(kCountX, kCountY + ThoughtBob(), 10, true, "%d", n_notify);
 }
 
 }  // namespace

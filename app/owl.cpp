@@ -51,9 +51,6 @@ constexpr float kAnimationClockSeconds = 628.31853F;
 
 // ---- Where (canvas units) ----
 
-/// The owl's frame on the canvas: the middle of its pictures.
-const vector3f kOwlOrigin(271, 265, 0);
-
 /// Turns a point of the owl's frame into the canvas point that eyes and waking go by. Deliberate: it lies 4
 /// units to the right of the owl's origin.
 const vector3f kPointerOrigin(275, 265, 0);
@@ -270,7 +267,7 @@ void DrawThoughtBubble() {
 
 void EnterOwlFrame() {
     glPushMatrix();
-    glTranslatef(kOwlOrigin.x, kOwlOrigin.y, kOwlOrigin.z);
+    glTranslatef(kOwlX, kOwlY, 0);
 }
 
 void LeaveOwlFrame() {

@@ -55,7 +55,11 @@ struct OwlFrame {
     bool eyes_centred = false;  ///< the owl looks straight ahead
 };
 
-/// Enters the owl's frame: its origin is the middle of the owl's pictures.
+/// The origin of the owl's frame: the middle of its pictures, canvas units.
+constexpr float kOwlX = 271;
+constexpr float kOwlY = 265;
+
+/// Enters the owl's frame.
 void EnterOwlFrame();
 
 /// Leaves the owl's frame.

@@ -40,8 +40,9 @@ struct RawTexture {
 /// How the files of the numbered icons are called; they count from 1.
 constexpr char kIconFile[] = "ic%d";
 
-/// The pictures in loading order: what the program asks for. Deliberate: a list of its own beside the manifest,
-/// assets/data_files.txt, which says what is baked. A row whose file is kIconFile stands for all of icns.
+/// The pictures in loading order: what the program asks for. Deliberate: a list of its own beside the
+/// manifest, assets/data_files.txt, which says what is baked. A row whose file is kIconFile stands for all of
+/// icns.
 constexpr RawTexture kTextures[] = {
     {"font", &font, Wrap::kClamp},
     {"background", &background},
