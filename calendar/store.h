@@ -8,23 +8,27 @@
 // re-armed.
 //
 // A save is all or nothing: whatever happens to the machine, the file is the complete old one or the complete
-// new one. It is written beside the old one as "database.bin.new", locked for as long as that takes, which
-// tells a save that another program is at from one that broke off; then it takes the old one's place. A file
-// that could not be read as its count says is set aside as "database.bin.bak" (".bak.1" ...) before the first
-// save replaces it.
+// new one. The new one is written beside it as "database.bin.new" and then takes its name. While it is
+// written it is locked: so a save can tell a new file that another program is writing, for which it waits,
+// from one that was left behind when a program was killed, which it removes. engine/replace_file.h tells
+// every step.
+//
+// A file that does not hold what its count says is damaged. It is kept as "database.bin.bak" (or ".bak.1",
+// ".bak.2" ...) before the first save replaces it.
 #pragma once
 
-/// Reads `events` from the file; a missing or unreadable file is an empty list. Every reminder starts out
-/// due, which is meant.
+/// Reads `events` from the file; a missing or unreadable file is an empty list.
+/// Deliberate: every reminder starts out due.
 ///
 /// A record cut short keeps the bytes it has over those of a fresh event. Up to 1,000 records that the count
 /// promises and the file does not hold are fresh events; beyond that the count is taken as damaged and only
 /// what is there is loaded. A negative count loads nothing.
 void LoadEvents();
 
-/// Writes `events` to the file. A save that fails leaves the old file whole and says why in one line on
-/// standard error. Where another program is saving, it waits for that save to end, at most about a second.
-void SaveEvents();
+/// Writes `events` to the file and returns whether that worked. A save that fails leaves the old file whole
+/// and says why in one line on standard error. While another program is saving, it waits for that save to
+/// end, at most about a second.
+bool SaveEvents();
 
 /// Empties `events` and the file. Kept as part of the store: the program never calls it.
 void ResetEvents();

@@ -4,8 +4,11 @@
 #include "engine/memory.h"
 
 #include <malloc.h>
+#include <sys/mman.h>
 
+#include <cstdlib>
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -24,4 +27,15 @@ void ReturnFreedMemory() {
 
 void KeepFreedMemory() {
     SetThresholds(std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
+}
+
+void PrepareLargePages(std::size_t bytes) {
+    constexpr std::size_t kLargePage = std::size_t{2} << 20;
+    if (bytes < 2 * kLargePage) return;
+    KeepFreedMemory();  // so that the room below, once freed, is where the next allocations come from
+    void* room = std::malloc(bytes);
+    void* start = room;
+    std::size_t space = bytes;
+    if (std::align(kLargePage, kLargePage, start, space) != nullptr) madvise(start, space, MADV_HUGEPAGE);
+    std::free(room);
 }

@@ -1,0 +1,447 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+// Index: finding the file, replacing it, its permissions, the new file's name, replacements that fail,
+// setting a file aside. What lies on the disk after a kill at each step, and what a failing call does:
+// tests/store.
+#include "engine/replace_file.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <ostream>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/unit/limit_process.h"
+#include "tests/unit/temporary_folder.h"
+
+/// Compares errors, for EXPECT_EQ.
+bool operator==(const ReplaceError& a, const ReplaceError& b) {
+    return a.reason == b.reason && a.number == b.number;
+}
+
+/// Writes errors into GoogleTest's messages.
+std::ostream& operator<<(std::ostream& out, const ReplaceError& error) {
+    return out << "reason " << static_cast<int>(error.reason) << ", errno " << error.number;
+}
+
+namespace {
+
+using FileNames = std::set<std::string>;
+
+const ReplaceError kNoError = {};
+
+ReplaceError SystemError(int number) {
+    return {ReplaceReason::kSystemCall, number};
+}
+
+/// Returns a writer of some bytes.
+ContentsWriter Writing(const std::string& bytes) {
+    return [bytes](const OpenFile& file) { return file.Write(bytes.data(), bytes.size()); };
+}
+
+/// Finds and replaces, as a program does.
+ReplaceError Replace(const std::string& path, const std::string& bytes) {
+    std::string destination;
+    if (const ReplaceError error = FindDestination(path, destination)) return error;
+    return ReplaceFile(destination, Writing(bytes));
+}
+
+/// Tests in a folder of their own, which is empty and the current one.
+class ReplaceFileTest : public testing::Test {
+  protected:
+    TemporaryFolder folder_;
+};
+
+// ---- Finding the file ----
+
+TEST_F(ReplaceFileTest, TheDestinationOfAFileIsItsOwnPathAlsoWhereItDoesNotExist) {
+    WriteFile("here", "old");
+
+    for (const std::string path : {"here", "not-here"}) {
+        std::string destination;
+        EXPECT_EQ(FindDestination(path, destination), kNoError);
+        EXPECT_EQ(destination, path);
+    }
+}
+
+TEST_F(ReplaceFileTest, TheDestinationOfALinkIsWhereAllItsLinksLead) {
+    std::filesystem::create_directory("other");
+    std::filesystem::create_symlink("last", "other/second");
+    std::filesystem::create_symlink("other/second", "first");
+    std::filesystem::create_symlink(folder_.Path() / "other/second", "absolute");
+
+    std::string destination;
+    EXPECT_EQ(FindDestination("first", destination), kNoError);
+    EXPECT_EQ(destination, "other/last");
+    EXPECT_EQ(FindDestination("absolute", destination), kNoError);
+    EXPECT_EQ(destination, folder_.Path() / "other/last");
+}
+
+TEST_F(ReplaceFileTest, LinksThatLeadInACircleHaveNoDestination) {
+    std::filesystem::create_symlink("b", "a");
+    std::filesystem::create_symlink("a", "b");
+
+    std::string destination = "untouched";
+    EXPECT_EQ(FindDestination("a", destination), (ReplaceError{ReplaceReason::kLinkLoop, ELOOP}));
+
+    EXPECT_EQ(destination, "untouched");
+}
+
+TEST_F(ReplaceFileTest, UpTo39LinksAreFollowed) {
+    std::filesystem::create_symlink("file", "1");
+    for (int link = 2; link <= 40; ++link) {
+        std::filesystem::create_symlink(std::to_string(link - 1), std::to_string(link));
+    }
+
+    std::string destination;
+    EXPECT_EQ(FindDestination("39", destination), kNoError);
+    EXPECT_EQ(destination, "file");
+    EXPECT_EQ(FindDestination("40", destination).reason, ReplaceReason::kLinkLoop);
+}
+
+TEST_F(ReplaceFileTest, APathThroughAFileHasNoDestination) {
+    WriteFile("file", "");
+
+    std::string destination;
+    EXPECT_EQ(FindDestination("file/name", destination), SystemError(ENOTDIR));
+}
+
+// ---- Replacing ----
+
+TEST_F(ReplaceFileTest, AFileThatIsNotThereIsMade) {
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFileGetsTheNewContentsWhateverTheirLength) {
+    WriteFile("file", "old");
+
+    for (const std::string& contents :
+         {std::string("a longer text"), std::string("short"), std::string(), std::string(300'000, 'x')}) {
+        EXPECT_EQ(Replace("file", contents), kNoError);
+
+        EXPECT_EQ(ReadFile("file"), contents);
+        EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+    }
+}
+
+TEST_F(ReplaceFileTest, TheOldFileIsWholeWhileTheNewOneIsWritten) {
+    WriteFile("file", "old");
+    std::string seen;
+
+    EXPECT_EQ(ReplaceFile("file",
+                          [&](const OpenFile& file) {
+                              const int error = file.Write("new", 3);
+                              seen = ReadFile("file") + " " + ReadFile("file.new");
+                              return error;
+                          }),
+              kNoError);
+
+    EXPECT_EQ(seen, "old new");
+    EXPECT_EQ(ReadFile("file"), "new");
+}
+
+TEST_F(ReplaceFileTest, TheNewFileIsLockedWhileItIsWrittenAndTheFileIsNotAfterwards) {
+    const auto is_locked = [](const char* name) {
+        OpenFile file;
+        EXPECT_EQ(file.Open(name, O_RDONLY), 0);
+        return flock(file.Descriptor(), LOCK_EX | LOCK_NB) != 0;
+    };
+    bool locked = false;
+
+    EXPECT_EQ(ReplaceFile("file",
+                          [&](const OpenFile&) {
+                              locked = is_locked("file.new");
+                              return 0;
+                          }),
+              kNoError);
+
+    EXPECT_TRUE(locked);
+    EXPECT_FALSE(is_locked("file"));
+}
+
+TEST_F(ReplaceFileTest, WhoHasTheOldFileOpenKeepsIt) {
+    WriteFile("file", "old");
+    OpenFile reader;
+    ASSERT_EQ(reader.Open("file", O_RDONLY), 0);
+
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    std::string seen(3, ' ');
+    EXPECT_EQ(reader.Read(seen.data(), 3).bytes, 3);
+    EXPECT_EQ(seen, "old");
+}
+
+TEST_F(ReplaceFileTest, ALinkStaysALinkAndTheNewFileStandsInItsTargetsFolder) {
+    std::filesystem::create_directory("other");
+    WriteFile("other/target", "old");
+    std::filesystem::create_symlink("other/target", "link");
+
+    EXPECT_EQ(Replace("link", "new"), kNoError);
+
+    EXPECT_EQ(std::filesystem::read_symlink("link"), "other/target");
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status("other/target")));
+    EXPECT_EQ(ReadFile("other/target"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"link", "other"}));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("other"), {}), 1);
+}
+
+TEST_F(ReplaceFileTest, ALinkToNothingGetsItsTarget) {
+    std::filesystem::create_symlink("target", "link");
+
+    EXPECT_EQ(Replace("link", "new"), kNoError);
+
+    EXPECT_TRUE(std::filesystem::is_symlink("link"));
+    EXPECT_EQ(ReadFile("target"), "new");
+}
+
+// ---- Permissions ----
+
+TEST_F(ReplaceFileTest, ANewFileIsReadableByItsOwnerAloneAlsoWhileItIsWritten) {
+    const NoMask no_mask;
+    mode_t while_written = 0;
+
+    EXPECT_EQ(ReplaceFile("file",
+                          [&](const OpenFile&) {
+                              while_written = ModeOf("file.new");
+                              return 0;
+                          }),
+              kNoError);
+
+    EXPECT_EQ(while_written, 0600U);
+    EXPECT_EQ(ModeOf("file"), 0600U);
+}
+
+TEST_F(ReplaceFileTest, TheNewFileHasThePermissionsOfTheOldOne) {
+    for (const mode_t mode : {0644U, 0600U, 0640U, 0444U, 0777U, 04755U, 02640U}) {
+        WriteFile("file", "old");
+        ASSERT_EQ(chmod("file", mode), 0);
+
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+
+        EXPECT_EQ(ModeOf("file"), mode);
+        EXPECT_EQ(ReadFile("file"), "new");
+        std::filesystem::remove("file");
+    }
+}
+
+TEST_F(ReplaceFileTest, AReplacedFileIsAtLeastReadableByItsOwner) {
+    for (const auto& [before, after] : {std::pair(0U, 0400U), std::pair(0244U, 0644U)}) {
+        WriteFile("file", "old");
+        ASSERT_EQ(chmod("file", before), 0);
+
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+
+        EXPECT_EQ(ModeOf("file"), after);
+    }
+}
+
+// ---- The new file's name ----
+
+TEST_F(ReplaceFileTest, WhatWasLeftBehindUnderTheNewFilesNameIsRemoved) {
+    for (const mode_t mode : {0600U, 0U}) {
+        WriteFile("file.new", "a longer text that was left behind");
+        ASSERT_EQ(chmod("file.new", mode), 0);
+
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+
+        EXPECT_EQ(ReadFile("file"), "new");
+        EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+    }
+}
+
+TEST_F(ReplaceFileTest, ALinkUnderTheNewFilesNameIsRemovedAndNotWrittenThrough) {
+    WriteFile("other", "untouched");
+    std::filesystem::create_symlink("other", "file.new");
+
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    EXPECT_EQ(ReadFile("other"), "untouched");
+    EXPECT_FALSE(std::filesystem::is_symlink("file"));
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "other"}));
+}
+
+TEST_F(ReplaceFileTest, APipeUnderTheNewFilesNameIsRemovedAndDoesNotBlock) {
+    ASSERT_EQ(mkfifo("file.new", 0600), 0);
+
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFolderUnderTheNewFilesNameIsAnObstacle) {
+    WriteFile("file", "old");
+    std::filesystem::create_directory("file.new");
+
+    EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kObstacle, EEXIST}));
+
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.new"}));
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramHasLockedIsLeftAloneUntilItIsUnlocked) {
+    WriteFile("file", "old");
+    WriteFile("file.new", "half");
+    OpenFile other;
+    ASSERT_EQ(other.Open("file.new", O_RDONLY), 0);
+    ASSERT_EQ(flock(other.Descriptor(), LOCK_EX | LOCK_NB), 0);
+
+    EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kOtherProgram, EWOULDBLOCK}));
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(ReadFile("file.new"), "half");
+
+    other.Close();
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramPutInThePlaceOfOursIsNeitherRenamedNorRemoved) {
+    WriteFile("file", "old");
+    const auto steal = [](int error) {
+        return [error](const OpenFile&) {
+            unlink("file.new");
+            WriteFile("file.new", "another's");
+            return error;
+        };
+    };
+
+    EXPECT_EQ(ReplaceFile("file", steal(0)), (ReplaceError{ReplaceReason::kOtherProgram, EWOULDBLOCK}));
+    EXPECT_EQ(ReadFile("file.new"), "another's");
+    EXPECT_EQ(ReplaceFile("file", steal(EIO)), SystemError(EIO));
+    EXPECT_EQ(ReadFile("file.new"), "another's");
+    EXPECT_EQ(ReadFile("file"), "old");
+}
+
+// ---- Replacements that fail ----
+
+TEST_F(ReplaceFileTest, TheWritersErrorIsReturnedAndKeepsTheOldFile) {
+    WriteFile("file", "old");
+
+    EXPECT_EQ(ReplaceFile("file", [](const OpenFile& file) { return file.Write("n", 1) + ENOSPC; }),
+              SystemError(ENOSPC));
+
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFileThatMustNotGrowKeepsTheOldOne) {
+    WriteFile("file", "old");
+    {
+        const FileSizeLimit limit(1000);
+        EXPECT_EQ(Replace("file", std::string(2000, 'x')), SystemError(EFBIG));
+    }
+
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFolderThatIsGoneIsNoEntry) {
+    EXPECT_EQ(Replace("gone/file", "new"), SystemError(ENOENT));
+}
+
+TEST_F(ReplaceFileTest, AReadOnlyFolderIsNoAccess) {
+    WriteFile("file", "old");
+    ASSERT_EQ(chmod("file", 0644), 0);
+    ASSERT_EQ(chmod(".", 0555), 0);
+    {
+        const NotRoot not_root;
+        ASSERT_TRUE(not_root.Works());
+        EXPECT_EQ(Replace("file", "new"), SystemError(EACCES));
+        EXPECT_EQ(SetAside("file"), SystemError(EACCES));
+    }
+    ASSERT_EQ(chmod(".", 0755), 0);
+
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFolderInTheFilesPlaceIsNeitherReplacedNorSetAside) {
+    std::filesystem::create_directory("file");
+    WriteFile("file/inside", "untouched");
+
+    EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
+    EXPECT_EQ(SetAside("file"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
+
+    EXPECT_EQ(ReadFile("file/inside"), "untouched");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+// ---- Setting aside ----
+
+TEST_F(ReplaceFileTest, AFileSetAsideHasASecondNameThatOutlivesItsReplacement) {
+    WriteFile("file", "damaged");
+    ASSERT_EQ(chmod("file", 0640), 0);
+
+    EXPECT_EQ(SetAside("file"), kNoError);
+    EXPECT_EQ(ReadFile("file"), "damaged");
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    EXPECT_EQ(ReadFile("file.bak"), "damaged");
+    EXPECT_EQ(ModeOf("file.bak"), 0640U);
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak"}));
+}
+
+TEST_F(ReplaceFileTest, EveryFurtherFileSetAsideGetsTheNextNumber) {
+    for (const char* damaged : {"a", "b", "c"}) {
+        WriteFile("file", damaged);
+        EXPECT_EQ(SetAside("file"), kNoError);
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+    }
+
+    EXPECT_EQ(ReadFile("file.bak"), "a");
+    EXPECT_EQ(ReadFile("file.bak.1"), "b");
+    EXPECT_EQ(ReadFile("file.bak.2"), "c");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak", "file.bak.1", "file.bak.2"}));
+}
+
+TEST_F(ReplaceFileTest, WhateverHasABackupsNameIsLeftAlone) {
+    std::filesystem::create_directory("file.bak");
+    std::filesystem::create_symlink("nowhere", "file.bak.1");
+    WriteFile("file", "damaged");
+
+    EXPECT_EQ(SetAside("file"), kNoError);
+
+    EXPECT_TRUE(std::filesystem::is_directory("file.bak"));
+    EXPECT_EQ(std::filesystem::read_symlink("file.bak.1"), "nowhere");
+    EXPECT_EQ(ReadFile("file.bak.2"), "damaged");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak", "file.bak.1", "file.bak.2"}));
+}
+
+TEST_F(ReplaceFileTest, AFileThatIsSetAsideAlreadyGetsNoThirdName) {
+    WriteFile("file", "damaged");
+    WriteFile("file.bak", "older");
+
+    EXPECT_EQ(SetAside("file"), kNoError);
+    EXPECT_EQ(SetAside("file"), kNoError);
+
+    EXPECT_EQ(ReadFile("file.bak"), "older");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak", "file.bak.1"}));
+}
+
+TEST_F(ReplaceFileTest, AFileThatIsNotThereNeedsNoKeeping) {
+    EXPECT_EQ(SetAside("file"), kNoError);
+
+    EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(ReplaceFileTest, SettingAsideInAFolderThatCannotBeLookedIntoFails) {
+    WriteFile("file", "");
+
+    EXPECT_EQ(SetAside("file/inside"), SystemError(ENOTDIR));
+}
+
+}  // namespace
