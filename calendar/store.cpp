@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calendar/events.h"
+#include "calendar/notices.h"
 #include "engine/memory.h"
 #include "engine/open_file.h"
 #include "engine/replace_file.h"
@@ -31,9 +32,6 @@ constexpr std::int64_t kMostFreshRecords = 1000;
 
 /// The memory that an event takes in the list: itself, the list's two pointers and the allocator's two words.
 constexpr std::size_t kNodeBytes = sizeof(Event) + 4 * sizeof(void*);
-
-/// A loaded reminder has waited this long, the longest period, so that every reminder is due at start.
-constexpr float kReminderAtStartSeconds = 10800.0F;
 
 /// The file on disk could not be read whole as its count says. Written by LoadEvents(), and by SaveEvents()
 /// once the file is set aside.
@@ -141,9 +139,7 @@ void LoadEvents() {
     edit_event = nullptr;
     damaged = !ReadStore();
     ReturnFreedMemory();
-    for (Event& event : events) {
-        if (event.kind == kReminder) event.elapsed = kReminderAtStartSeconds;
-    }
+    for (Event& event : events) StartReminder(event);
 }
 
 bool SaveEvents() {
