@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "app/owl.h"
+#include "app/state.h"
 #include "app/textures.h"
 #include "tests/unit/temporary_folder.h"
 
