@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "calendar/events.h"
+#include "calendar/notices.h"
 #include "calendar/store.h"
 #include "engine/local_time.h"
 #include "fuzz/fuzzer.h"

@@ -118,12 +118,12 @@ class AppTest : public fakes::Test {
         GenQuestions();
     }
 
-    /// Names the textures 101, 102 ... in the order of their files, and GUI[2] 100, so that no two are the
-    /// same.
+    /// Names the textures 101, 102 ... in the order of their files, and GUI[kViewScreen] 100, so that no two
+    /// are the same.
     static void NameTextures() {
         unsigned int name = 101;
         for (const Picture& picture : Pictures()) *picture.name = name++;
-        GUI[2] = 100;
+        GUI[kViewScreen] = 100;
     }
 
     /// Lets the frame clock have been read last at that time.
@@ -154,9 +154,19 @@ class AppTest : public fakes::Test {
     /// Returns the pictures of the owl's scene that the last frame drew, in order; the menu's and the
     /// effects' are left out.
     static std::vector<Sprite> Scene() {
-        const std::vector<unsigned int> scene = {background, tree,      owl[0],    owl[1], owl[2],
-                                                 owl_ce[0],  owl_ce[1], owl_ce[2], eye_l,  eye_r,
-                                                 hat,        cloud,     circle};
+        const std::vector<unsigned int> scene = {background,
+                                                 tree,
+                                                 owl[kStanding],
+                                                 owl[kPerching],
+                                                 owl[kSleeping],
+                                                 owl_ce[kStanding],
+                                                 owl_ce[kPerching],
+                                                 owl_ce[kSleeping],
+                                                 eye_l,
+                                                 eye_r,
+                                                 hat,
+                                                 cloud,
+                                                 circle};
         std::vector<Sprite> sprites;
         for (const fakes::Primitive& primitive : fakes::gl().primitives) {
             if (std::find(scene.begin(), scene.end(), primitive.texture) == scene.end()) continue;

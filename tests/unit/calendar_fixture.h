@@ -7,7 +7,7 @@
 // How to use it:
 //
 //     AddAppointment("dentista", 17, 5, 2012, 9, 0);
-//     menu_case_id = 0;
+//     menu_case_id = kListScreen;
 //     ClickAt(441, 436);                              // one frame with a click; or Frame()
 //     EXPECT_EQ(ButtonsDrawn(button_add).size(), 1U);
 //     ExpectPrinted({"aggiungi", 372, 436.5, true});
@@ -15,6 +15,7 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstring>
 #include <iterator>
@@ -139,6 +140,40 @@ inline bool SameBytes(const Event& a, const Event& b) {
     return std::memcmp(&a, &b, sizeof(Event) - 1) == 0;
 }
 
+/// Returns events of every kind in which one number after another, and all of them, are the lowest and the
+/// highest there are.
+inline std::vector<Event> EventsOfExtremes() {
+    std::vector<Event> extremes;
+    const std::int32_t kinds[] = {kAppointment, kWeekly, kReminder, 3, INT_MIN, INT_MAX};
+    for (const std::int32_t kind : kinds) {
+        for (const int number : {INT_MIN, INT_MAX}) {
+            Event all;
+            all.kind = kind;
+            std::int32_t Date::*const date[] = {&Date::day, &Date::month, &Date::year};
+            std::int32_t Time::*const time[] = {&Time::hour, &Time::minute};
+            for (const auto field : date) {
+                Event one;
+                one.kind = kind;
+                one.date.*field = all.date.*field = number;
+                extremes.push_back(one);
+            }
+            for (const auto field : time) {
+                Event one;
+                one.kind = kind;
+                one.time.*field = all.time.*field = number;
+                extremes.push_back(one);
+            }
+            Event one;
+            one.kind = kind;
+            one.wday = all.wday = number;
+            all.repeat = number;
+            extremes.push_back(one);
+            extremes.push_back(all);
+        }
+    }
+    return extremes;
+}
+
 class CalendarTest : public AppTest {
   protected:
     void SetUp() override {
@@ -244,13 +279,13 @@ class CalendarTest : public AppTest {
                               << "; there is " << testing::PrintToString(lines);
     }
 
-    /// Returns the screen at the end of the frame by the picture that it is drawn on: 0, 1 or 2 and 3; -1 for
-    /// the owl.
+    /// Returns the screen at the end of the frame, one of Screen, by the picture that it is drawn on:
+    /// kOwlScreen without one, -2 without anything.
     static int ScreenShown() {
         const std::vector<fakes::Primitive>& drawn = fakes::gl().primitives;
         if (drawn.empty()) return -2;
         const auto* panel = std::find(std::begin(GUI), std::end(GUI), drawn[0].texture);
-        return panel == std::end(GUI) ? -1 : static_cast<int>(panel - std::begin(GUI));
+        return panel == std::end(GUI) ? kOwlScreen : static_cast<int>(panel - std::begin(GUI));
     }
 
   private:

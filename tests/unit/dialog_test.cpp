@@ -36,15 +36,10 @@ class DialogTest : public CalendarTest {
         questions.clear();
         questions.emplace_back("Quanto fa due piu' due?", "tre", "quattro", "cinque", "sei", 1);
         question_id = 0;
-        menu_case_id = 3;
+        menu_case_id = kQuizScreen;
     }
 
-    /// Closes the dialog, so that no pick is left for the next test.
     void TearDown() override {
-        menu_case_id = 3;
-        question_id = 0;
-        fakes::world().rand_default = 1;
-        Close();
         questions.clear();
         CalendarTest::TearDown();
     }
@@ -80,22 +75,22 @@ class DialogTest : public CalendarTest {
         return colours;
     }
 
-    /// Returns which answer is picked: the one on the plate of a chosen tab; -1 for none.
+    /// Returns which answer is picked: the one on the plate of a chosen tab.
     static int Picked() {
         Frame();
-        const Places chosen = AnswersDrawn(button[1]);
+        const Places chosen = AnswersDrawn(button[kChecked]);
         for (int i = 0; i < 4; ++i) {
             if (chosen == Places{AnswerPlace(i)}) return i;
         }
         EXPECT_TRUE(chosen.empty());
-        return -1;
+        return kNoAnswer;
     }
 };
 
 // ---- Opening ----
 
 TEST_F(DialogTest, OpensByAClickOnTheButtonOfAnOffer) {
-    menu_case_id = -1;
+    menu_case_id = kOwlScreen;
     spawn_question = true;
     character.laugh = true;
     character.bt = character.lte = 3;
@@ -103,22 +98,22 @@ TEST_F(DialogTest, OpensByAClickOnTheButtonOfAnOffer) {
 
     ClickAt(435, 440);
 
-    EXPECT_EQ(menu_case_id, 3);
+    EXPECT_EQ(menu_case_id, kQuizScreen);
     EXPECT_EQ(character.bt, 0);
     EXPECT_EQ(character.lte, 0);
     EXPECT_FALSE(character.laugh);
-    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ScreenShown(), kOwlScreen);
     Frame();
-    EXPECT_EQ(ScreenShown(), 3);
+    EXPECT_EQ(ScreenShown(), kQuizScreen);
     EXPECT_FALSE(spawn_question);
 }
 
 TEST_F(DialogTest, DoesNotOpenWithoutAnOffer) {
-    menu_case_id = -1;
+    menu_case_id = kOwlScreen;
 
     ClickAt(435, 440);
 
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
 }
 
 TEST_F(DialogTest, AsksTheQuestionOfTheRemainderOfTheDraw) {
@@ -162,18 +157,18 @@ TEST_F(DialogTest, DrawsOneRandomNumberPerOpening) {
 TEST_F(DialogTest, IsDrawnOnItsPanelPicture) {
     Frame();
 
-    EXPECT_EQ(ButtonsDrawn(GUI[3]), (Places{{0, 0, 512, 512}}));
+    EXPECT_EQ(ButtonsDrawn(GUI[kQuizScreen]), (Places{{0, 0, 512, 512}}));
 }
 
 TEST_F(DialogTest, ShowsThreeTabsAsAHeaderThatDoesNotLightUp) {
     PointAt(87, 486);
     Frame();
 
-    Places tabs = ButtonsDrawn(button[0]);
+    Places tabs = ButtonsDrawn(button[kUnchecked]);
     tabs.resize(3);
     EXPECT_EQ(tabs, (Places{Around(87, 486, 75.5, 15), Around(243.5, 486, 70.5, 15),
                             Around(391.5, 486, 67.75, 15)}));
-    EXPECT_EQ(Colours(button[0]), (Rgbas(7, kWhite)));
+    EXPECT_EQ(Colours(button[kUnchecked]), (Rgbas(7, kWhite)));
 }
 
 TEST_F(DialogTest, ShowsItsCloseButtonWhichLightsUp) {
@@ -189,21 +184,21 @@ TEST_F(DialogTest, ShowsItsCloseButtonWhichLightsUp) {
 TEST_F(DialogTest, ShowsFourAnswersInPairs) {
     Frame();
 
-    EXPECT_EQ(AnswersDrawn(button[0]),
+    EXPECT_EQ(AnswersDrawn(button[kUnchecked]),
               (Places{AnswerPlace(0), AnswerPlace(1), AnswerPlace(2), AnswerPlace(3)}));
-    EXPECT_TRUE(AnswersDrawn(button[1]).empty());
+    EXPECT_TRUE(AnswersDrawn(button[kChecked]).empty());
 }
 
 TEST_F(DialogTest, LightsUpTheAnswerUnderThePointerUntilOneIsPicked) {
     PointAt(374, 52);
     Frame();
-    EXPECT_EQ(Colours(button[0]), (Rgbas{kWhite, kWhite, kWhite, kWhite, kWhite, kWhite, kYellow}));
+    EXPECT_EQ(Colours(button[kUnchecked]), (Rgbas{kWhite, kWhite, kWhite, kWhite, kWhite, kWhite, kYellow}));
 
-    Pick(0);
+    quiz.user_answer = 0;
     PointAt(374, 52);
     Frame();
-    EXPECT_EQ(Colours(button[0]), (Rgbas(6, kWhite)));
-    EXPECT_EQ(Colours(button[1]), (Rgbas{kWhite}));
+    EXPECT_EQ(Colours(button[kUnchecked]), (Rgbas(6, kWhite)));
+    EXPECT_EQ(Colours(button[kChecked]), (Rgbas{kWhite}));
 }
 
 TEST_F(DialogTest, PrintsQuestionAndAnswersAtTheirPlaces) {
@@ -247,28 +242,30 @@ TEST_F(DialogTest, DrawsHeaderThenCloseButtonThenAnswersThenTexts) {
     for (const fakes::Primitive& drawn : fakes::gl().primitives) {
         if (textures.empty() || textures.back() != drawn.texture) textures.push_back(drawn.texture);
     }
-    EXPECT_EQ(textures, (std::vector<unsigned int>{GUI[3], button[0], button_close, button[0], font}));
+    EXPECT_EQ(textures, (std::vector<unsigned int>{GUI[kQuizScreen], button[kUnchecked], button_close,
+                                                   button[kUnchecked], font}));
 }
 
 // ---- Picking ----
 
 TEST_F(DialogTest, AClickPicksAnAnswer) {
     for (int i = 0; i < 4; ++i) {
+        quiz.user_answer = kNoAnswer;
+
         Pick(i);
+
         EXPECT_EQ(Picked(), i);
-        Close();
-        menu_case_id = 3;
+        EXPECT_EQ(quiz.user_answer, i);
     }
 }
 
 TEST_F(DialogTest, TheFirstPickIsFinal) {
     for (int first = 0; first < 4; ++first) {
-        Pick(first);
+        quiz.user_answer = first;
+
         for (int second = 0; second < 4; ++second) Pick(second);
 
         EXPECT_EQ(Picked(), first);
-        Close();
-        menu_case_id = 3;
     }
 }
 
@@ -278,7 +275,7 @@ TEST_F(DialogTest, AsksShowsAndJudgesTheQuestionOfItsIndex) {
     Frame();
     EXPECT_EQ(Words(PrintedText()), (Texts{"E tre?", "uno", "due", "tre", "nove"}));
 
-    Pick(3);
+    quiz.user_answer = 3;
     EXPECT_EQ(TextColours(), (Rgbas{kWhite, kWhite, kWhite, kGreen}));
     CloseWithDraw(1);
 
@@ -290,13 +287,13 @@ TEST_F(DialogTest, AClickBetweenTheAnswersPicksNone) {
     ClickAt(256, 110);
     ClickAt(138, 81);
 
-    EXPECT_EQ(Picked(), -1);
+    EXPECT_EQ(Picked(), kNoAnswer);
 }
 
 TEST_F(DialogTest, AClickOnAPlatesEdgePicksNothing) {
     ClickAt(243, 110);
     ClickAt(138, 130);
-    EXPECT_EQ(Picked(), -1);
+    EXPECT_EQ(Picked(), kNoAnswer);
 
     ClickAt(242, 129);
     EXPECT_EQ(Picked(), 0);
@@ -309,7 +306,7 @@ TEST_F(DialogTest, AllAnswersAreWhiteUntilOneIsPicked) {
 }
 
 TEST_F(DialogTest, ARightPickTurnsGreen) {
-    Pick(1);
+    quiz.user_answer = 1;
 
     EXPECT_EQ(TextColours(), (Rgbas{kWhite, kGreen, kWhite, kWhite}));
 }
@@ -322,16 +319,13 @@ TEST_F(DialogTest, AWrongPickTurnsRedAndTheRightAnswerGreen) {
         {kWhite, kGreen, kWhite, kRed},
     };
     for (const int wrong : {0, 2, 3}) {
-        Pick(wrong);
+        quiz.user_answer = wrong;
         EXPECT_EQ(TextColours(), expected[wrong]);
-        fakes::world().rand_default = 1;
-        Close();
-        menu_case_id = 3;
     }
 }
 
 TEST_F(DialogTest, TheQuestionStaysWhiteAndSoDoesWhatFollowsTheAnswers) {
-    Pick(3);
+    quiz.user_answer = 3;
     Frame();
 
     EXPECT_EQ(PrintedText().at(0).color, kWhite);
@@ -343,26 +337,26 @@ TEST_F(DialogTest, TheQuestionStaysWhiteAndSoDoesWhatFollowsTheAnswers) {
 TEST_F(DialogTest, ClosingLeadsBackToTheOwl) {
     Close();
 
-    EXPECT_EQ(menu_case_id, -1);
-    EXPECT_EQ(ScreenShown(), 3) << "the frame is finished as the dialog's";
+    EXPECT_EQ(menu_case_id, kOwlScreen);
+    EXPECT_EQ(ScreenShown(), kQuizScreen) << "the frame is finished as the dialog's";
     Frame();
-    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ScreenShown(), kOwlScreen);
 }
 
 TEST_F(DialogTest, ClosingForgetsThePick) {
     fakes::world().rand_default = 1;
-    Pick(0);
+    quiz.user_answer = 0;
     Close();
-    menu_case_id = 3;
+    menu_case_id = kQuizScreen;
 
-    EXPECT_EQ(Picked(), -1);
+    EXPECT_EQ(Picked(), kNoAnswer);
     EXPECT_EQ(TextColours(), (Rgbas(4, kWhite)));
 }
 
 TEST_F(DialogTest, ClosingWithoutAPickJudgesNothing) {
     CloseWithDraw(0);
 
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_EQ(question_id, 0);
     EXPECT_FALSE(spawn_laugh);
     EXPECT_EQ(fakes::world().rand_calls, kButtons) << "the buttons' own draws";
@@ -385,8 +379,8 @@ TEST_F(DialogTest, TheNextOpeningDrawsANewQuestion) {
 TEST_F(DialogTest, OfFourDrawsAfterAWrongAnswerTheFirstMakesTheOwlLaugh) {
     for (int draw = 0; draw < 8; ++draw) {
         spawn_laugh = false;
-        menu_case_id = 3;
-        Pick(0);
+        menu_case_id = kQuizScreen;
+        quiz.user_answer = 0;
 
         CloseWithDraw(draw);
 
@@ -397,7 +391,7 @@ TEST_F(DialogTest, OfFourDrawsAfterAWrongAnswerTheFirstMakesTheOwlLaugh) {
 
 TEST_F(DialogTest, TheLaughIsNotSubjectToTheSoundSwitch) {
     enable_sfx = false;
-    Pick(0);
+    quiz.user_answer = 0;
 
     CloseWithDraw(0);
 
@@ -405,7 +399,7 @@ TEST_F(DialogTest, TheLaughIsNotSubjectToTheSoundSwitch) {
 }
 
 TEST_F(DialogTest, ARightAnswerMakesNoLaughAndDrawsNothing) {
-    Pick(1);
+    quiz.user_answer = 1;
 
     CloseWithDraw(0);
 
@@ -414,7 +408,7 @@ TEST_F(DialogTest, ARightAnswerMakesNoLaughAndDrawsNothing) {
 }
 
 TEST_F(DialogTest, OpeningStopsTheSoundThatPlays) {
-    menu_case_id = -1;
+    menu_case_id = kOwlScreen;
     spawn_question = true;
     fakes::world().rand_default = 0;
     Frame();
@@ -426,7 +420,7 @@ TEST_F(DialogTest, OpeningStopsTheSoundThatPlays) {
 }
 
 TEST_F(DialogTest, ARightAnswerSoundsRight) {
-    Pick(1);
+    quiz.user_answer = 1;
 
     CloseWithDraw(0);
 
@@ -436,8 +430,8 @@ TEST_F(DialogTest, ARightAnswerSoundsRight) {
 TEST_F(DialogTest, OfFourDrawsAfterAWrongAnswerThreeHaveASoundEach) {
     const Texts expected[] = {{}, {"wrong_1.wav"}, {"wrong_2.wav"}, {"wrong_3.wav"}};
     for (int draw = 0; draw < 8; ++draw) {
-        menu_case_id = 3;
-        Pick(0);
+        menu_case_id = kQuizScreen;
+        quiz.user_answer = 0;
 
         CloseWithDraw(draw);
 
@@ -449,8 +443,8 @@ TEST_F(DialogTest, WithSoundOffNoVerdictSounds) {
     enable_sfx = false;
     for (const int answer : {0, 1}) {
         for (int draw = 0; draw < 4; ++draw) {
-            menu_case_id = 3;
-            Pick(answer);
+            menu_case_id = kQuizScreen;
+            quiz.user_answer = answer;
 
             CloseWithDraw(draw);
 
@@ -468,7 +462,7 @@ TEST_F(DialogTest, ClosingWithoutAPickSoundsNothing) {
 }
 
 TEST_F(DialogTest, TheOwlLaughsOnceItIsBackOnItsTree) {
-    Pick(0);
+    quiz.user_answer = 0;
     CloseWithDraw(0);
     fakes::world().rand_default = 0;
 

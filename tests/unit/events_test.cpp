@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: weekday names, fresh events, the record's layout, the order of two events, sorting, minutes to due,
-// texts of the fields, numbers out of their range.
+// Index: weekday names, fresh events, the record's layout, the order of two events, sorting, texts of the
+// fields, numbers out of their range.
 #include "calendar/events.h"
 
-#include <algorithm>
 #include <climits>
-#include <cmath>
 #include <cstddef>
 #include <cstring>
 #include <new>
@@ -86,7 +84,7 @@ TEST_F(EventsTest, AFreshEventMadeAt1437Reads1400OnTodaysDateWithoutTextsFlagsOr
     EXPECT_EQ(event.time.hour, 14);
     EXPECT_EQ(event.time.minute, 0);
     EXPECT_EQ(event.wday, 0);
-    EXPECT_EQ(event.kind, 0);
+    EXPECT_EQ(event.kind, kAppointment);
     EXPECT_EQ(event.repeat, 0);
     EXPECT_EQ(event.elapsed, 0);
     EXPECT_EQ(event.warned_60, 0);
@@ -339,60 +337,6 @@ TEST_F(EventsTest, SortingFollowsTheDay) {
     EXPECT_EQ(NamesOf(events), (Names{"lunedi", "giovedi"}));  // on a Monday: 0 days and 3
 }
 
-// ---- Minutes to due ----
-
-TEST_F(EventsTest, AnAppointmentIsDueInTheMinutesBetweenTwoStamps) {
-    struct Case {
-        Event event;
-        double minutes;
-    };
-    const Case cases[] = {
-        {MakeAppointment("", 16, 5, 2012, 10, 30), 0},
-        {MakeAppointment("", 16, 5, 2012, 10, 29), -1},
-        {MakeAppointment("", 16, 5, 2012, 11, 15), 45},
-        {MakeAppointment("", 17, 5, 2012, 10, 30), 1440},
-        {MakeAppointment("", 16, 6, 2012, 10, 30), 44640},
-        {MakeAppointment("", 16, 5, 2011, 10, 30), -535680},
-    };
-    for (const Case& row : cases) EXPECT_EQ(MinutesToDue(row.event, frame_time), row.minutes);
-}
-
-TEST_F(EventsTest, EveryMonthHas31DaysForTheMinutesToDue) {
-    SetNow(2012, 4, 30, 10, 30);
-
-    EXPECT_EQ(MinutesToDue(MakeAppointment("", 1, 5, 2012, 10, 30), frame_time), 2 * 1440);
-}
-
-TEST_F(EventsTest, TheSecondsDoNotCountInTheMinutesToDue) {
-    SetNow(2012, 5, 16, 10, 30, 59);
-
-    EXPECT_EQ(MinutesToDue(MakeAppointment("", 16, 5, 2012, 10, 31), frame_time), 1);
-}
-
-TEST_F(EventsTest, AWeeklyEventIsDueOnItsWeekdayAtItsTimeWhateverItsStoredDate) {
-    Event weekly = MakeWeekly("", 3, 11, 0);
-    weekly.date.day = 1;
-    weekly.date.year = 1999;
-
-    EXPECT_EQ(MinutesToDue(weekly, frame_time), 30);
-    weekly.time.hour = 9;
-    EXPECT_EQ(MinutesToDue(weekly, frame_time), -90);
-}
-
-TEST_F(EventsTest, AWeeklyEventOnAnotherWeekdayIsFarAway) {
-    for (const int wday : {0, 1, 2, 4, 5, 6, -1, 7}) {
-        EXPECT_EQ(MinutesToDue(MakeWeekly("", wday, 10, 30), frame_time), 999) << wday;
-    }
-}
-
-TEST_F(EventsTest, RemindersAndUnknownKindsAreFarAway) {
-    Event unknown = MakeAppointment("", 16, 5, 2012, 10, 30);
-    unknown.kind = 3;
-
-    EXPECT_EQ(MinutesToDue(MakeReminder("", 0, 1e6F), frame_time), 999);
-    EXPECT_EQ(MinutesToDue(unknown, frame_time), 999);
-}
-
 // ---- Texts of the fields ----
 
 TEST_F(EventsTest, ATextEndsAtItsNul) {
@@ -414,39 +358,6 @@ TEST_F(EventsTest, ATextWithoutNulEndsAtTheEndOfItsField) {
 }
 
 // ---- Numbers out of their range ----
-
-/// Returns events of every kind in which one number after another, and all of them, are the lowest and the
-/// highest there are.
-std::vector<Event> EventsOfExtremes() {
-    std::vector<Event> extremes;
-    for (const int kind : {0, 1, 2, 3, INT_MIN, INT_MAX}) {
-        for (const int number : {INT_MIN, INT_MAX}) {
-            Event all;
-            all.kind = kind;
-            std::int32_t Date::*const date[] = {&Date::day, &Date::month, &Date::year};
-            std::int32_t Time::*const time[] = {&Time::hour, &Time::minute};
-            for (const auto field : date) {
-                Event one;
-                one.kind = kind;
-                one.date.*field = all.date.*field = number;
-                extremes.push_back(one);
-            }
-            for (const auto field : time) {
-                Event one;
-                one.kind = kind;
-                one.time.*field = all.time.*field = number;
-                extremes.push_back(one);
-            }
-            Event one;
-            one.kind = kind;
-            one.wday = all.wday = number;
-            all.repeat = number;
-            extremes.push_back(one);
-            extremes.push_back(all);
-        }
-    }
-    return extremes;
-}
 
 TEST_F(EventsTest, TheOrderHoldsForNumbersAtTheirLimits) {
     const std::vector<Event> extremes = EventsOfExtremes();
@@ -488,20 +399,9 @@ TEST_F(EventsTest, AWeekdayAtItsLimitsOrdersAnEventFarOffAndNotTheOtherWayRound)
     EXPECT_TRUE(sort_by_date(appointment, MakeWeekly("", INT_MAX, 9, 0)));
 }
 
-TEST_F(EventsTest, TheMinutesToDueAreANumberForNumbersAtTheirLimits) {
-    for (const Event& event : EventsOfExtremes()) {
-        EXPECT_TRUE(std::isfinite(MinutesToDue(event, frame_time)));
-    }
-}
-
-TEST_F(EventsTest, TheMinutesToDueHaveTheSignOfTheYearAtItsLimits) {
-    EXPECT_LT(MinutesToDue(MakeAppointment("", 1, 1, INT_MIN, 0, 0), frame_time), 0);
-    EXPECT_GT(MinutesToDue(MakeAppointment("", 1, 1, INT_MAX, 0, 0), frame_time), 0);
-}
-
 TEST_F(EventsTest, EveryScreenDrawsNumbersAtTheirLimits) {
     for (const Event& event : EventsOfExtremes()) {
-        for (const int screen : {-1, 0, 1, 2}) {
+        for (const int screen : {kOwlScreen, kListScreen, kEditorScreen, kViewScreen}) {
             events.clear();
             edit_event = &Add(event);
             menu_case_id = screen;

@@ -26,7 +26,7 @@ class ListTest : public CalendarTest {
   protected:
     void SetUp() override {
         CalendarTest::SetUp();
-        menu_case_id = 0;
+        menu_case_id = kListScreen;
     }
 
     static void ClickRow(int row) { ClickAt(200, RowY(row)); }
@@ -74,17 +74,18 @@ class ListTest : public CalendarTest {
 TEST_F(ListTest, IsDrawnOnItsPanelPicture) {
     Frame();
 
-    EXPECT_EQ(ScreenShown(), 0);
-    EXPECT_EQ(ButtonsDrawn(GUI[0]), (Places{{0, 0, 512, 512}}));
+    EXPECT_EQ(ScreenShown(), kListScreen);
+    EXPECT_EQ(ButtonsDrawn(GUI[kListScreen]), (Places{{0, 0, 512, 512}}));
 }
 
 TEST_F(ListTest, ShowsThreeTabsAsAHeader) {
     Frame();
 
-    EXPECT_EQ(ButtonsDrawn(button[0]), (Places{Around(87, 486, 75.5, 15), Around(243.5, 486, 70.5, 15),
-                                               Around(391.5, 486, 67.75, 15)}));
-    EXPECT_TRUE(ButtonsDrawn(button[1]).empty());
-    EXPECT_EQ(Colours(button[0]), (std::vector<fakes::Rgba>(3, kWhite)));
+    EXPECT_EQ(
+        ButtonsDrawn(button[kUnchecked]),
+        (Places{Around(87, 486, 75.5, 15), Around(243.5, 486, 70.5, 15), Around(391.5, 486, 67.75, 15)}));
+    EXPECT_TRUE(ButtonsDrawn(button[kChecked]).empty());
+    EXPECT_EQ(Colours(button[kUnchecked]), (std::vector<fakes::Rgba>(3, kWhite)));
 }
 
 TEST_F(ListTest, TheTabsDoNothingAndDoNotLightUp) {
@@ -94,8 +95,8 @@ TEST_F(ListTest, TheTabsDoNothingAndDoNotLightUp) {
         PointAt(x, 486);
         Frame();
 
-        EXPECT_EQ(Colours(button[0]), (std::vector<fakes::Rgba>(3, kWhite)));
-        EXPECT_EQ(menu_case_id, 0);
+        EXPECT_EQ(Colours(button[kUnchecked]), (std::vector<fakes::Rgba>(3, kWhite)));
+        EXPECT_EQ(menu_case_id, kListScreen);
         EXPECT_EQ(edit_event, nullptr);
     }
 }
@@ -138,8 +139,8 @@ TEST_F(ListTest, DrawsItsStepsInOrder) {
     for (const fakes::Primitive& drawn : fakes::gl().primitives) {
         if (textures.empty() || textures.back() != drawn.texture) textures.push_back(drawn.texture);
     }
-    EXPECT_EQ(textures, (std::vector<unsigned int>{GUI[0], button[0], button_add, button_close, 0, font,
-                                                   button_arrow_u, button_arrow_d}));
+    EXPECT_EQ(textures, (std::vector<unsigned int>{GUI[kListScreen], button[kUnchecked], button_add,
+                                                   button_close, 0, font, button_arrow_u, button_arrow_d}));
     EXPECT_EQ(Words(PrintedText()), (Names{"aggiungi", "01", "18/5/2012", "9:0"}));
 }
 
@@ -182,7 +183,7 @@ TEST_F(ListTest, ShadesTheRowsAlternately) {
 
 TEST_F(ListTest, TheShadingFollowsTheEventsWhileScrolling) {
     AddAppointments(20);
-    ScrollDown(3);
+    event_list.swap = 3;
 
     Frame();
 
@@ -218,7 +219,7 @@ TEST_F(ListTest, ARowReachesToItsEdgesAndNotOntoThem) {
     };
     for (const Case& row : cases) {
         edit_event = nullptr;
-        menu_case_id = 0;
+        menu_case_id = kListScreen;
 
         ClickAt(row.x, row.y);
 
@@ -354,17 +355,17 @@ TEST_F(ListTest, TodayIsTheFramesDay) {
 TEST_F(ListTest, AClickOnARowOpensItsEventInTheEditorFromTheNextFrameOn) {
     AddAppointments(12);
     for (int row = 0; row < kRows; ++row) {
-        menu_case_id = 0;
+        menu_case_id = kListScreen;
 
         ClickRow(row);
 
         EXPECT_EQ(edit_event, &*std::next(events.begin(), row)) << row;
-        EXPECT_EQ(menu_case_id, 1);
-        EXPECT_EQ(ScreenShown(), 0);
+        EXPECT_EQ(menu_case_id, kEditorScreen);
+        EXPECT_EQ(ScreenShown(), kListScreen);
         EXPECT_EQ(events.size(), 12U);
     }
     Frame();
-    EXPECT_EQ(ScreenShown(), 1);
+    EXPECT_EQ(ScreenShown(), kEditorScreen);
     EXPECT_TRUE(NothingIsSaved());
 }
 
@@ -374,7 +375,7 @@ TEST_F(ListTest, AClickOnAnEmptyRowDoesNothing) {
     for (int row = 3; row < kRows; ++row) ClickRow(row);
 
     EXPECT_EQ(edit_event, nullptr);
-    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(menu_case_id, kListScreen);
 }
 
 TEST_F(ListTest, AClickBetweenTwoRowsDoesNothing) {
@@ -392,12 +393,12 @@ TEST_F(ListTest, APointerWithoutClickOpensNothing) {
     Frame();
 
     EXPECT_EQ(edit_event, nullptr);
-    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(menu_case_id, kListScreen);
 }
 
 TEST_F(ListTest, AfterScrollingAClickOpensTheEventThatTheRowShows) {
     AddAppointments(20);
-    ScrollDown(5);
+    event_list.swap = 5;
     ClickRow(2);
 
     ASSERT_NE(edit_event, nullptr);
@@ -429,10 +430,10 @@ TEST_F(ListTest, TheAddButtonAppendsAFreshEventAndOpensIt) {
     ASSERT_NE(edit_event, nullptr);
     EXPECT_TRUE(SameBytes(*edit_event, Event()));
     EXPECT_EQ(edit_event->time.hour, 14);
-    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_EQ(menu_case_id, kEditorScreen);
     EXPECT_TRUE(NothingIsSaved());
     Frame();
-    EXPECT_EQ(ScreenShown(), 1);
+    EXPECT_EQ(ScreenShown(), kEditorScreen);
 }
 
 TEST_F(ListTest, AFreshEventShowsInTheFrameInWhichItIsAdded) {
@@ -454,9 +455,10 @@ TEST_F(ListTest, AddingToALongListOpensTheAddedEventWhereverItIsSorted) {
 
 TEST_F(ListTest, AnEventThatWasAddedAndLeftByTheListsCloseButtonIsKeptAndSavedWithTheNextSave) {
     ClickAt(447, 436);
-    menu_case_id = 0;  // the editor gives no way back without saving: as if the list were still open
+    menu_case_id =
+        kListScreen;  // the editor gives no way back without saving: as if the list were still open
     ClickAt(485, 486);
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_EQ(events.size(), 1U);
     EXPECT_TRUE(NothingIsSaved());
 
@@ -472,13 +474,13 @@ TEST_F(ListTest, TheCloseButtonLeadsToTheOwlFromTheNextFrameOnAndSavesNothing) {
 
     ClickAt(485, 486);
 
-    EXPECT_EQ(menu_case_id, -1);
-    EXPECT_EQ(ScreenShown(), 0);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
+    EXPECT_EQ(ScreenShown(), kListScreen);
     EXPECT_EQ(NamesShown(), (Names{"01", "02"}));
     EXPECT_TRUE(NothingIsSaved());
     EXPECT_EQ(events.size(), 2U);
     Frame();
-    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ScreenShown(), kOwlScreen);
 }
 
 TEST_F(ListTest, AnOpenListDropsTheQuizOffer) {
@@ -518,7 +520,7 @@ TEST_F(ListTest, EachClickOnAnArrowScrollsByOneFromTheNextFrameOn) {
 
 TEST_F(ListTest, ScrollsUpToTheTopAndNoFurther) {
     AddAppointments(20);
-    ScrollDown(3);
+    event_list.swap = 3;
 
     ScrollUp(10);
     Frame();
@@ -541,8 +543,7 @@ TEST_F(ListTest, AnArrowIsGreyExactlyWhereThereIsNothingToScrollTo) {
     for (const Case& row : cases) {
         events.clear();
         AddAppointments(row.count);
-        ScrollUp(20);
-        ScrollDown(row.down);
+        event_list.swap = row.down;
 
         Frame();
 
@@ -569,14 +570,14 @@ TEST_F(ListTest, TheGreyOfAnArrowIsThatArrowsAlone) {
     EXPECT_EQ(Colours(button_arrow_d), (std::vector<fakes::Rgba>{kWhite}));
     EXPECT_EQ(fakes::gl().color, kWhite);
 
-    ScrollDown(8);
+    event_list.swap = 8;
     Frame();
 
     EXPECT_EQ(Colours(button_arrow_d), (std::vector<fakes::Rgba>{kGrey}));
     EXPECT_EQ(fakes::gl().color, kWhite);
     Frame();
-    EXPECT_EQ(Colours(GUI[0]), (std::vector<fakes::Rgba>{kWhite}));
-    EXPECT_EQ(Colours(button[0]), (std::vector<fakes::Rgba>(3, kWhite)));
+    EXPECT_EQ(Colours(GUI[kListScreen]), (std::vector<fakes::Rgba>{kWhite}));
+    EXPECT_EQ(Colours(button[kUnchecked]), (std::vector<fakes::Rgba>(3, kWhite)));
 }
 
 TEST_F(ListTest, AGreyArrowScrollsNothing) {
@@ -591,7 +592,7 @@ TEST_F(ListTest, AGreyArrowScrollsNothing) {
 
 TEST_F(ListTest, AListThatBecameShorterIsScrolledBackToItsEnd) {
     AddAppointments(20);
-    ScrollDown(8);
+    event_list.swap = 8;
     for (int i = 0; i < 4; ++i) events.pop_back();
 
     Frame();
@@ -609,10 +610,10 @@ TEST_F(ListTest, AListThatBecameShorterIsScrolledBackToItsEnd) {
 
 TEST_F(ListTest, KeepsItsPlaceWhileOtherScreensAreOpen) {
     AddAppointments(20);
-    ScrollDown(4);
-    menu_case_id = -1;
+    event_list.swap = 4;
+    menu_case_id = kOwlScreen;
     Frame();
-    menu_case_id = 0;
+    menu_case_id = kListScreen;
 
     Frame();
 

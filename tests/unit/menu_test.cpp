@@ -34,13 +34,16 @@ struct Item {
     std::string label;
 };
 
+/// The items by their places in Items().
+enum MenuItem : std::size_t { kPlanItem, kInteractItem, kBrowserItem, kWebSiteItem, kSoundItem };
+
 const std::vector<Item>& Items() {
     static const std::vector<Item> items = {
-        {465, &icns[0], "pianifica un nuovo evento"},
-        {360, &icns[2], "interagisci con Ulmaro"},
-        {255, &icns[7], "apri il browser su DuckDuckGo"},
-        {150, &icns[8], "visita il sito degli sviluppatori!"},
-        {45, &icns[3], "abilita/disabilita il sonoro"},
+        {465, &icns[kPlanIcon], "pianifica un nuovo evento"},
+        {360, &icns[kInteractIcon], "interagisci con Ulmaro"},
+        {255, &icns[kBrowserIcon], "apri il browser su DuckDuckGo"},
+        {150, &icns[kWebSiteIcon], "visita il sito degli sviluppatori!"},
+        {45, &icns[kSoundOnIcon], "abilita/disabilita il sonoro"},
     };
     return items;
 }
@@ -109,7 +112,7 @@ class MenuTest : public AppTest {
 
     /// Expects that nothing that a click on some item changes is changed.
     static void ExpectNothingDone() {
-        EXPECT_EQ(menu_case_id, -1);
+        EXPECT_EQ(menu_case_id, kOwlScreen);
         EXPECT_FALSE(spawn_question);
         EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{}));
         EXPECT_TRUE(enable_sfx);
@@ -145,11 +148,11 @@ TEST_F(MenuTest, ShowsTheSoundsIconByWhetherItIsOn) {
 
     Menu();
 
-    EXPECT_EQ(Icons().at(4).texture, icns[4]);
-    EXPECT_EQ(Icons().at(0).texture, icns[0]);
-    EXPECT_EQ(Icons().at(1).texture, icns[2]);
-    EXPECT_EQ(Icons().at(2).texture, icns[7]);
-    EXPECT_EQ(Icons().at(3).texture, icns[8]);
+    EXPECT_EQ(Icons().at(kSoundItem).texture, icns[kSoundOffIcon]);
+    EXPECT_EQ(Icons().at(kPlanItem).texture, icns[kPlanIcon]);
+    EXPECT_EQ(Icons().at(kInteractItem).texture, icns[kInteractIcon]);
+    EXPECT_EQ(Icons().at(kBrowserItem).texture, icns[kBrowserIcon]);
+    EXPECT_EQ(Icons().at(kWebSiteItem).texture, icns[kWebSiteIcon]);
 }
 
 TEST_F(MenuTest, MakesItsFiveButtonsAnewInEveryFrame) {
@@ -162,7 +165,7 @@ TEST_F(MenuTest, MakesItsFiveButtonsAnewInEveryFrame) {
 }
 
 TEST_F(MenuTest, DrawsTheIconsThenTheStatusLineThenTheLabel) {
-    Hover(1);
+    Hover(kInteractItem);
 
     Menu();
 
@@ -170,7 +173,7 @@ TEST_F(MenuTest, DrawsTheIconsThenTheStatusLineThenTheLabel) {
     const auto is_text = [](const fakes::Primitive& primitive) { return primitive.texture == font; };
     EXPECT_TRUE(std::is_partitioned(drawn.rbegin(), drawn.rend(), is_text));
     EXPECT_EQ(PrintedText().size(), 2U);
-    EXPECT_EQ(PrintedText().back().text, Items()[1].label);
+    EXPECT_EQ(PrintedText().back().text, Items()[kInteractItem].label);
 }
 
 TEST_F(MenuTest, LeavesWhiteAndTheStacksAsTheyWere) {
@@ -209,7 +212,7 @@ TEST_F(MenuTest, LightsUpTheItemUnderThePointerAndShowsItsLabel) {
 }
 
 TEST_F(MenuTest, ForgetsTheLabelWhenThePointerLeaves) {
-    Hover(3);
+    Hover(kWebSiteItem);
     Menu();
     ASSERT_EQ(Labels().size(), 1U);
     PointAtCanvas(400, 300);
@@ -263,9 +266,9 @@ TEST_F(MenuTest, AClickBesideTheItemsDoesNothing) {
 }
 
 TEST_F(MenuTest, TheFirstItemOpensTheListOfEvents) {
-    Click(0);
+    Click(kPlanItem);
 
-    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(menu_case_id, kListScreen);
     EXPECT_FALSE(spawn_question);
     EXPECT_TRUE(enable_sfx);
 }
@@ -275,7 +278,7 @@ TEST_F(MenuTest, TheFirstItemEndsALaughAndStartsTheAnimationClockAnew) {
     character.bt = 4.5F;
     character.lte = 3.5F;
 
-    Click(0);
+    Click(kPlanItem);
 
     EXPECT_FALSE(character.laugh);
     EXPECT_EQ(character.bt, 0);
@@ -297,10 +300,10 @@ TEST_F(MenuTest, NoOtherItemEndsALaugh) {
 }
 
 TEST_F(MenuTest, TheSecondItemRaisesAQuizOffer) {
-    Click(1);
+    Click(kInteractItem);
 
     EXPECT_TRUE(spawn_question);
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{}));
 }
 
@@ -309,7 +312,7 @@ TEST_F(MenuTest, TheSecondItemLeavesAnOfferThatStandsAsItIs) {
     character.sqte = 5;
     character.play_sfx = true;
 
-    Click(1);
+    Click(kInteractItem);
 
     EXPECT_TRUE(spawn_question);
     EXPECT_EQ(character.sqte, 5) << "its 20 seconds do not begin again";
@@ -319,43 +322,43 @@ TEST_F(MenuTest, TheSecondItemLeavesAnOfferThatStandsAsItIs) {
 TEST_F(MenuTest, TheFirstItemLeavesAnOfferToThePanel) {
     spawn_question = true;
 
-    Click(0);
+    Click(kPlanItem);
 
-    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(menu_case_id, kListScreen);
     EXPECT_TRUE(spawn_question);
 }
 
 TEST_F(MenuTest, TheThirdItemOpensTheSearchSite) {
-    Click(2);
+    Click(kBrowserItem);
 
     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{"https://duckduckgo.com/"}));
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_FALSE(spawn_question);
 }
 
 TEST_F(MenuTest, TheFourthItemOpensTheDevelopersWebSite) {
-    Click(3);
+    Click(kWebSiteItem);
 
     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{ULMARO_WEB_SITE}));
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_FALSE(spawn_question);
 }
 
 TEST_F(MenuTest, TheLastItemSwitchesSoundOffAndOnAgain) {
-    Click(4);
+    Click(kSoundItem);
     EXPECT_FALSE(enable_sfx);
 
-    Click(4);
+    Click(kSoundItem);
     EXPECT_TRUE(enable_sfx);
     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{}));
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
 }
 
 TEST_F(MenuTest, SwitchingSoundOffOrOnStopsWhatIsPlaying) {
     for (int times = 0; times < 2; ++times) {
         AudioEngine.spawn_static(0, "notify.wav", false);
 
-        Click(4);
+        Click(kSoundItem);
 
         EXPECT_EQ(SoundsPlaying(), 0U) << times;
     }
@@ -365,7 +368,7 @@ TEST_F(MenuTest, PlanningAnEventStopsALaughWithItsSound) {
     AudioEngine.spawn_static(0, "laugh.wav", false);
     character.laugh = true;
 
-    Click(0);
+    Click(kPlanItem);
 
     EXPECT_EQ(SoundsPlaying(), 0U);
     EXPECT_FALSE(character.laugh);
@@ -380,17 +383,17 @@ TEST_F(MenuTest, TheOtherItemsLetSoundsPlayOn) {
 }
 
 TEST_F(MenuTest, TheLastItemShowsItsOtherIconFromTheFrameAfterTheClick) {
-    Click(4);
-    EXPECT_EQ(Icons().at(4).texture, icns[3]);
+    Click(kSoundItem);
+    EXPECT_EQ(Icons().at(kSoundItem).texture, icns[kSoundOnIcon]);
 
     Menu();
-    EXPECT_EQ(Icons().at(4).texture, icns[4]);
+    EXPECT_EQ(Icons().at(kSoundItem).texture, icns[kSoundOffIcon]);
 
-    Click(4);
-    EXPECT_EQ(Icons().at(4).texture, icns[4]);
+    Click(kSoundItem);
+    EXPECT_EQ(Icons().at(kSoundItem).texture, icns[kSoundOffIcon]);
 
     Menu();
-    EXPECT_EQ(Icons().at(4).texture, icns[3]);
+    EXPECT_EQ(Icons().at(kSoundItem).texture, icns[kSoundOnIcon]);
 }
 
 TEST_F(MenuTest, AnItemIsClickedAtItsEdgesAndNotOnThem) {
@@ -410,7 +413,7 @@ TEST_F(MenuTest, AnItemIsClickedAtItsEdgesAndNotOnThem) {
 }
 
 TEST_F(MenuTest, TheClickStaysForWhoComesAfterTheMenu) {
-    Hover(1);
+    Hover(kInteractItem);
     single_touch = true;
 
     Menu();
@@ -437,7 +440,7 @@ TEST_F(MenuTest, OneClickActsOnOneItemAlsoWhereItMovesThePointerOntoAnother) {
 }
 
 TEST_F(MenuTest, AfterAPageWasOpenedThePointerCountsAsBeingAtPixel256And256UntilItMoves) {
-    for (const std::size_t item : {2U, 3U}) {
+    for (const MenuItem item : {kBrowserItem, kWebSiteItem}) {
         Click(item);
         EXPECT_EQ(touch_coord_x, 256) << "item " << item;
         EXPECT_EQ(touch_coord_y, 256) << "item " << item;
@@ -465,7 +468,7 @@ TEST_F(MenuTest, ThatPlaceIsInPixelsWhateverTheWindowsSize) {
 }
 
 TEST_F(MenuTest, NoOtherItemMovesThePointer) {
-    for (const std::size_t item : {0U, 1U, 4U}) {
+    for (const MenuItem item : {kPlanItem, kInteractItem, kSoundItem}) {
         Click(item);
 
         EXPECT_EQ(touch_coord_x, 44) << "item " << item;
@@ -474,7 +477,7 @@ TEST_F(MenuTest, NoOtherItemMovesThePointer) {
 }
 
 TEST_F(MenuTest, ThePageIsAskedForBeforeTheStatusLineIsPrinted) {
-    Click(2);
+    Click(kBrowserItem);
 
     ASSERT_EQ(PrintedText().size(), 1U);
     EXPECT_LT(fakes::IndexOf("OpenWebAddress"), fakes::gl().DrawnWith(font).at(0).log_index);
@@ -494,7 +497,7 @@ TEST_F(MenuTest, WithANoticePendingTheFirstTwoItemsAreGreyAndTheOthersWhite) {
 
 TEST_F(MenuTest, WithANoticePendingTheFirstTwoItemsShowTheirLabelsButNoYellow) {
     n_notify = 1;
-    for (const std::size_t item : {0U, 1U}) {
+    for (const MenuItem item : {kPlanItem, kInteractItem}) {
         Hover(item);
 
         Menu();
@@ -506,7 +509,7 @@ TEST_F(MenuTest, WithANoticePendingTheFirstTwoItemsShowTheirLabelsButNoYellow) {
 
 TEST_F(MenuTest, WithANoticePendingTheOtherItemsLightUpAsEver) {
     n_notify = 1;
-    for (const std::size_t item : {2U, 3U, 4U}) {
+    for (const MenuItem item : {kBrowserItem, kWebSiteItem, kSoundItem}) {
         Hover(item);
 
         Menu();
@@ -523,7 +526,7 @@ TEST_F(MenuTest, WithANoticePendingClicksOnTheFirstTwoItemsDoNothing) {
     character.laugh = true;
     character.bt = 4.5F;
     character.lte = 3.5F;
-    for (const std::size_t item : {0U, 1U}) {
+    for (const MenuItem item : {kPlanItem, kInteractItem}) {
         Click(item);
 
         ExpectNothingDone();
@@ -536,9 +539,9 @@ TEST_F(MenuTest, WithANoticePendingClicksOnTheFirstTwoItemsDoNothing) {
 TEST_F(MenuTest, WithANoticePendingTheOtherItemsStillWork) {
     n_notify = 1;
 
-    Click(2);
-    Click(3);
-    Click(4);
+    Click(kBrowserItem);
+    Click(kWebSiteItem);
+    Click(kSoundItem);
 
     EXPECT_EQ(fakes::desktop().opened,
               (std::vector<std::string>{"https://duckduckgo.com/", ULMARO_WEB_SITE}));
@@ -547,7 +550,7 @@ TEST_F(MenuTest, WithANoticePendingTheOtherItemsStillWork) {
 
 TEST_F(MenuTest, TextIsWhiteWithANoticePendingAndWithout) {
     for (const int pending : {0, 1}) {
-        for (const std::size_t item : {0U, 1U, 4U}) {
+        for (const MenuItem item : {kPlanItem, kInteractItem, kSoundItem}) {
             n_notify = pending;
             Hover(item);
 
@@ -566,7 +569,7 @@ TEST_F(MenuTest, WithNoNoticePendingAnyMoreTheFirstTwoItemsWakeUp) {
     Menu();
     n_notify = 0;
 
-    Click(1);
+    Click(kInteractItem);
 
     EXPECT_EQ(Colours(), (std::vector<fakes::Rgba>{kWhite, kYellow, kWhite, kWhite, kWhite}));
     EXPECT_TRUE(spawn_question);
@@ -706,14 +709,14 @@ TEST_F(MenuTest, IsDrawnInFrontOfTheOwlItsHatAndItsBubble) {
     };
     ASSERT_FALSE(Scene().empty());
     EXPECT_EQ(Icons().size(), Scene().size() + 5 + 1);  // the sixth is the offer's own button
-    EXPECT_EQ(Icons().back().texture, icns[5]);
+    EXPECT_EQ(Icons().back().texture, icns[kOfferIcon]);
     EXPECT_TRUE(std::is_partitioned(drawn.rbegin(), drawn.rend(), in_menu));
     EXPECT_TRUE(in_menu(drawn.back()));
 }
 
 TEST_F(MenuTest, IsNotDrawnOnAPanel) {
-    menu_case_id = 0;
-    Hover(4);
+    menu_case_id = kListScreen;
+    Hover(kSoundItem);
     single_touch = true;
 
     display();
@@ -724,7 +727,7 @@ TEST_F(MenuTest, IsNotDrawnOnAPanel) {
 }
 
 TEST_F(MenuTest, AClickCountsInOneFrameOnly) {
-    Hover(4);
+    Hover(kSoundItem);
     mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
 
     display();
@@ -735,7 +738,7 @@ TEST_F(MenuTest, AClickCountsInOneFrameOnly) {
 }
 
 TEST_F(MenuTest, TheOfferRaisedByAClickShowsFromTheNextFrameOn) {
-    Hover(1);
+    Hover(kInteractItem);
     single_touch = true;
     RunFrame(0.125F);
     EXPECT_TRUE(fakes::gl().DrawnWith(hat).empty());
@@ -748,20 +751,20 @@ TEST_F(MenuTest, TheOfferRaisedByAClickShowsFromTheNextFrameOn) {
 }
 
 TEST_F(MenuTest, TheClickOnTheFirstItemShowsThePanelFromTheNextFrameOn) {
-    Hover(0);
+    Hover(kPlanItem);
     single_touch = true;
     display();
-    EXPECT_TRUE(fakes::gl().DrawnWith(GUI[0]).empty());
+    EXPECT_TRUE(fakes::gl().DrawnWith(GUI[kListScreen]).empty());
     fakes::gl().primitives.clear();
 
     display();
 
-    EXPECT_EQ(fakes::gl().DrawnWith(GUI[0]).size(), 1U);
-    EXPECT_TRUE(fakes::gl().DrawnWith(owl[0]).empty());
+    EXPECT_EQ(fakes::gl().DrawnWith(GUI[kListScreen]).size(), 1U);
+    EXPECT_TRUE(fakes::gl().DrawnWith(owl[kStanding]).empty());
 }
 
 TEST_F(MenuTest, AsksForTheWindowsSizeAtMostOnceHoweverManyItemsThereAre) {
-    Hover(2);
+    Hover(kBrowserItem);
 
     Menu();
     Menu();

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: reminders, appointments, weekly events, counting, the event that is opened, re-arming, the button,
-// its click, the badge, the sound, acknowledging, the pass in the frame.
+// Index: reminders, appointments, re-arming, counting, the event that is opened, the button, its click, the
+// badge, the sound, acknowledging, the pass in the frame. When an event is due is tested in notices_test.cpp.
 #include "app/notifications.h"
 
 #include <cmath>
@@ -26,21 +26,7 @@ class NotificationsTest : public CalendarTest {
     }
 
     /// Returns an appointment that is due in so many minutes.
-    static Event DueIn(int minutes, bool warned_60 = false, bool warned_30 = false) {
-        Event event = MakeAppointment("visita", 16, 5, 2012, 10, 30 + minutes);
-        event.warned_60 = warned_60 ? 1 : 0;
-        event.warned_30 = warned_30 ? 1 : 0;
-        return event;
-    }
-
-    /// Returns whether one frame finds an event due, alone.
-    static bool IsDue(const Event& event) {
-        events.clear();
-        Add(event);
-        Frame();
-        EXPECT_EQ(new_notify, n_notify == 1);
-        return n_notify == 1;
-    }
+    static Event DueIn(int minutes) { return MakeAppointment("visita", 16, 5, 2012, 10, 30 + minutes); }
 
     static std::string Opened() { return edit_event == nullptr ? "nothing" : NameOf(*edit_event); }
 
@@ -48,23 +34,6 @@ class NotificationsTest : public CalendarTest {
 };
 
 // ---- Reminders ----
-
-TEST_F(NotificationsTest, AReminderIsDueAfterItsPeriodAndThatOf3HoursAtItToo) {
-    struct Case {
-        int repeat;
-        float elapsed;
-        bool due;
-    };
-    const Case cases[] = {
-        {0, 3599.75F, false}, {0, 3600, false},    {0, 3600.25F, true},   {1, 7199.75F, false},
-        {1, 7200, false},     {1, 7200.25F, true}, {2, 10799.75F, false}, {2, 10800, true},
-        {2, 10800.25F, true}, {-1, 1e9F, false},   {3, 1e9F, false},      {0, NAN, false},
-    };
-    for (const Case& row : cases) {
-        EXPECT_EQ(IsDue(MakeReminder("r", row.repeat, row.elapsed)), row.due)
-            << row.repeat << " after " << row.elapsed;
-    }
-}
 
 TEST_F(NotificationsTest, TheFramesTimeCountsBeforeAReminderIsExamined) {
     const Event& reminder = AddReminder("r", 0, 3600);
@@ -84,28 +53,10 @@ TEST_F(NotificationsTest, AReminderGoesOnCountingWhileItIsDue) {
     EXPECT_TRUE(NothingIsSaved());
 }
 
-TEST_F(NotificationsTest, OnlyRemindersCountTheirSeconds) {
-    AddAppointments(1);
-    AddWeekly("w", 3, 20, 0);
-
-    Frame(0.25F);
-
-    for (const Event& event : events) EXPECT_EQ(event.elapsed, 0);
-}
-
-TEST_F(NotificationsTest, AReminderIsDueWhateverItsDateAndFlags) {
-    Event reminder = MakeReminder("r", 0, 4000);
-    reminder.done = reminder.warned_60 = reminder.warned_30 = 1;
-    reminder.date.year = 2030;
-
-    EXPECT_TRUE(IsDue(reminder));
-    EXPECT_EQ(n_notify, 1);
-}
-
 TEST_F(NotificationsTest, WhileAPanelIsOpenRemindersDoNotCountAndNothingIsExamined) {
     const Event& reminder = AddReminder("r", 0, 3600);
     edit_event = &events.front();
-    for (menu_case_id = 0; menu_case_id <= 3; ++menu_case_id) {
+    for (menu_case_id = kListScreen; menu_case_id <= kQuizScreen; ++menu_case_id) {
         Frame(0.25F);
 
         EXPECT_EQ(reminder.elapsed, 3600) << menu_case_id;
@@ -125,47 +76,6 @@ TEST_F(NotificationsTest, EveryReminderIsDueInTheFirstFrameAfterTheStart) {
 
 // ---- Appointments ----
 
-TEST_F(NotificationsTest, AnAppointmentIsDueByItsMinutesAndTheNoticesGiven) {
-    struct Case {
-        int minutes;
-        bool warned_60, warned_30, due;
-    };
-    const Case cases[] = {
-        {61, false, false, false}, {60, false, false, true}, {60, true, false, false},
-        {45, false, false, true},  {45, true, false, false}, {45, false, true, true},
-        {31, true, false, false},  {30, true, false, true},  {30, true, true, false},
-        {30, false, true, true},   {29, true, false, true},  {1, true, true, false},
-        {0, true, true, true},     {-1, true, true, true},   {-1, false, false, true},
-    };
-    for (const Case& row : cases) {
-        EXPECT_EQ(IsDue(DueIn(row.minutes, row.warned_60, row.warned_30)), row.due)
-            << row.minutes << ", " << row.warned_60 << ", " << row.warned_30;
-    }
-}
-
-TEST_F(NotificationsTest, AnAcknowledgedAppointmentIsNeverDueAgain) {
-    for (const int minutes : {-100, 0, 20, 50}) {
-        Event event = DueIn(minutes);
-        event.done = 1;
-
-        EXPECT_FALSE(IsDue(event)) << minutes;
-        EXPECT_EQ(events.front().done, 1);
-    }
-    EXPECT_TRUE(NothingIsSaved());
-}
-
-TEST_F(NotificationsTest, FlagsOtherThanZeroAndOneCountAsSet) {
-    Event event = DueIn(20);
-    event.warned_60 = 2;
-    event.warned_30 = 0x80;
-    EXPECT_FALSE(IsDue(event));
-
-    event = DueIn(-5);
-    event.done = 0xFF;
-    EXPECT_FALSE(IsDue(event));
-    EXPECT_EQ(events.front().done, 0xFF);
-}
-
 TEST_F(NotificationsTest, AnAppointmentWhoseTimePassedWhileTheProgramWasClosedIsDueAtTheNextStart) {
     AddAppointment("vecchio", 2, 3, 2011, 9, 0);
     SaveEvents();
@@ -177,16 +87,6 @@ TEST_F(NotificationsTest, AnAppointmentWhoseTimePassedWhileTheProgramWasClosedIs
     EXPECT_EQ(Opened(), "vecchio");
 }
 
-TEST_F(NotificationsTest, AnUnknownKindIsNeverDue) {
-    for (const int kind : {-1, 3, 100}) {
-        Event event = DueIn(-5);
-        event.kind = kind;
-        event.elapsed = 1e6F;
-
-        EXPECT_FALSE(IsDue(event)) << kind;
-    }
-}
-
 TEST_F(NotificationsTest, NowIsTheFramesTime) {
     Add(DueIn(61));
     Frame();
@@ -196,34 +96,6 @@ TEST_F(NotificationsTest, NowIsTheFramesTime) {
     Frame();
 
     EXPECT_EQ(n_notify, 1);
-}
-
-// ---- Weekly events ----
-
-TEST_F(NotificationsTest, AWeeklyEventIsDueOnItsWeekdayLikeAnAppointmentToday) {
-    Event event = MakeWeekly("w", 3, 11, 30);
-    event.date.day = 1;
-    EXPECT_TRUE(IsDue(event));
-    event.warned_60 = 1;
-    EXPECT_FALSE(IsDue(event));
-    event.time.hour = 11;
-    event.time.minute = 0;
-    EXPECT_TRUE(IsDue(event));
-    event.warned_30 = 1;
-    EXPECT_FALSE(IsDue(event));
-    event.time.hour = 10;
-    event.time.minute = 30;
-    EXPECT_TRUE(IsDue(event));
-    event.time.minute = 0;
-    EXPECT_TRUE(IsDue(event));
-    event.done = 1;
-    EXPECT_FALSE(IsDue(event));
-}
-
-TEST_F(NotificationsTest, AWeeklyEventIsNotDueOnAnyOtherDay) {
-    for (const int wday : {0, 1, 2, 4, 5, 6, -1, 7}) {
-        EXPECT_FALSE(IsDue(MakeWeekly("w", wday, 10, 30))) << wday;
-    }
 }
 
 // ---- Re-arming ----
@@ -257,32 +129,6 @@ TEST_F(NotificationsTest, ArmingIsSavedOnceAndNotAgain) {
     EXPECT_TRUE(NothingIsSaved());
 }
 
-TEST_F(NotificationsTest, OnlyWeeklyEventsAreArmedAgain) {
-    Event& appointment = AddAppointment("a", 14, 5, 2012, 9, 0);
-    Event& reminder = AddReminder("r", 0, 0);
-    Event unknown = MakeWeekly("u", 1, 9, 0);
-    unknown.kind = 3;
-    Event& other = Add(unknown);
-    appointment.wday = reminder.wday = 1;
-    appointment.done = reminder.done = other.done = 1;
-
-    Frame();
-
-    EXPECT_TRUE(appointment.done && reminder.done && other.done);
-    EXPECT_TRUE(NothingIsSaved());
-}
-
-TEST_F(NotificationsTest, ArmingLeavesTheNoticesAlone) {
-    Event& event = AddWeekly("w", 1, 9, 0);
-    event.done = event.warned_60 = event.warned_30 = 1;
-
-    Frame();
-
-    EXPECT_EQ(event.done, 0);
-    EXPECT_EQ(event.warned_60, 1);
-    EXPECT_EQ(event.warned_30, 1);
-}
-
 // ---- Counting ----
 
 TEST_F(NotificationsTest, CountsEveryDueEventAnewInEveryFrame) {
@@ -310,9 +156,9 @@ TEST_F(NotificationsTest, TheMenuReadsThePreviousFramesCount) {
     Add(DueIn(-1));
 
     Frame();
-    EXPECT_EQ(Colours(icns[0]), (Rgbas{kWhite}));
+    EXPECT_EQ(Colours(icns[kPlanIcon]), (Rgbas{kWhite}));
     Frame();
-    EXPECT_EQ(Colours(icns[0]), (Rgbas{kGrey}));
+    EXPECT_EQ(Colours(icns[kPlanIcon]), (Rgbas{kGrey}));
 }
 
 TEST_F(NotificationsTest, TheOwlPaysAttentionFromTheNextFrameOn) {
@@ -382,8 +228,8 @@ TEST_F(NotificationsTest, ShowsNoButtonAndNoBadgeWithoutANotice) {
 
     Frame();
 
-    EXPECT_TRUE(ButtonsDrawn(icns[5]).empty());
-    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_TRUE(ButtonsDrawn(icns[kOfferIcon]).empty());
+    EXPECT_TRUE(ButtonsDrawn(icns[kNoticeIcon]).empty());
     EXPECT_TRUE(ButtonsDrawn(notify_circle).empty());
     EXPECT_EQ(PrintedText().size(), 1U);  // the status line
 }
@@ -393,23 +239,23 @@ TEST_F(NotificationsTest, ShowsTheNoticesButtonWhereSomethingIsDue) {
 
     Frame();
 
-    EXPECT_EQ(ButtonsDrawn(icns[6]), (Places{Around(435, 440, 40, 40)}));
-    EXPECT_TRUE(ButtonsDrawn(icns[5]).empty());
-    EXPECT_EQ(Colours(icns[6]), (Rgbas{kWhite}));
+    EXPECT_EQ(ButtonsDrawn(icns[kNoticeIcon]), (Places{Around(435, 440, 40, 40)}));
+    EXPECT_TRUE(ButtonsDrawn(icns[kOfferIcon]).empty());
+    EXPECT_EQ(Colours(icns[kNoticeIcon]), (Rgbas{kWhite}));
 }
 
 TEST_F(NotificationsTest, ShowsTheQuizButtonForAnOfferAlsoWithANotice) {
     spawn_question = true;
     Frame();
-    EXPECT_EQ(ButtonsDrawn(icns[5]), (Places{Around(435, 440, 40, 40)}));
-    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_EQ(ButtonsDrawn(icns[kOfferIcon]), (Places{Around(435, 440, 40, 40)}));
+    EXPECT_TRUE(ButtonsDrawn(icns[kNoticeIcon]).empty());
     EXPECT_TRUE(ButtonsDrawn(notify_circle).empty());
 
     Add(DueIn(-1));
     Frame();
 
-    EXPECT_EQ(ButtonsDrawn(icns[5]).size(), 1U);
-    EXPECT_TRUE(ButtonsDrawn(icns[6]).empty());
+    EXPECT_EQ(ButtonsDrawn(icns[kOfferIcon]).size(), 1U);
+    EXPECT_TRUE(ButtonsDrawn(icns[kNoticeIcon]).empty());
     EXPECT_EQ(ButtonsDrawn(notify_circle).size(), 1U);
 }
 
@@ -421,7 +267,7 @@ TEST_F(NotificationsTest, TheButtonBobsAndSoDoBadgeAndCount) {
 
         Frame();
 
-        EXPECT_NEAR(ButtonsDrawn(icns[6]).at(0).CentreY(), 440 + bob, 1e-3) << clock;
+        EXPECT_NEAR(ButtonsDrawn(icns[kNoticeIcon]).at(0).CentreY(), 440 + bob, 1e-3) << clock;
         EXPECT_NEAR(ButtonsDrawn(notify_circle).at(0).CentreY(), 410 + bob, 1e-3) << clock;
         ExpectPrinted({"1", 459, 401 + bob, true});
     }
@@ -433,7 +279,7 @@ TEST_F(NotificationsTest, TheButtonLightsUpUnderThePointer) {
 
     Frame();
 
-    EXPECT_EQ(Colours(icns[6]), (Rgbas{kYellow}));
+    EXPECT_EQ(Colours(icns[kNoticeIcon]), (Rgbas{kYellow}));
 }
 
 // ---- Its click ----
@@ -442,16 +288,16 @@ TEST_F(NotificationsTest, AClickOpensTheViewOfAnAppointmentOrWeeklyEvent) {
     for (const Event& event : {DueIn(20), MakeWeekly("w", 3, 10, 0)}) {
         events.clear();
         Add(event);
-        menu_case_id = -1;
+        menu_case_id = kOwlScreen;
 
         ClickButton();
 
-        EXPECT_EQ(menu_case_id, 2);
+        EXPECT_EQ(menu_case_id, kViewScreen);
         EXPECT_EQ(edit_event, &events.front());
         EXPECT_FALSE(force_back_hm);
-        EXPECT_EQ(ScreenShown(), -1);
+        EXPECT_EQ(ScreenShown(), kOwlScreen);
         Frame();
-        EXPECT_EQ(ScreenShown(), 2);
+        EXPECT_EQ(ScreenShown(), kViewScreen);
     }
     EXPECT_TRUE(NothingIsSaved());
 }
@@ -461,7 +307,7 @@ TEST_F(NotificationsTest, AClickOpensTheEditorOfAReminderWhichLeadsBackToTheOwl)
 
     ClickButton();
 
-    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_EQ(menu_case_id, kEditorScreen);
     EXPECT_TRUE(force_back_hm);
     EXPECT_EQ(Opened(), "acqua");
 }
@@ -472,7 +318,7 @@ TEST_F(NotificationsTest, WithAnOfferAndANoticeTheClickOpensTheEvent) {
 
     ClickButton();
 
-    EXPECT_EQ(menu_case_id, 2);
+    EXPECT_EQ(menu_case_id, kViewScreen);
 }
 
 TEST_F(NotificationsTest, TheButtonReachesToItsEdgesAndNotOntoThem) {
@@ -487,22 +333,22 @@ TEST_F(NotificationsTest, TheButtonReachesToItsEdgesAndNotOntoThem) {
     for (const Case& row : cases) {
         events.clear();
         Add(DueIn(20));
-        menu_case_id = -1;
+        menu_case_id = kOwlScreen;
 
         ClickAt(row.x, row.y);
 
-        EXPECT_EQ(menu_case_id, row.over ? 2 : -1) << row.x << ", " << row.y;
+        EXPECT_EQ(menu_case_id, row.over ? kViewScreen : kOwlScreen) << row.x << ", " << row.y;
     }
 }
 
 TEST_F(NotificationsTest, AClickLeavesAnOfferToThePanelThatItOpens) {
     for (const bool due : {false, true}) {
         if (due) Add(DueIn(20));
-        menu_case_id = -1;
+        menu_case_id = kOwlScreen;
         spawn_question = true;
 
         ClickButton();
-        EXPECT_EQ(menu_case_id, due ? 2 : 3);
+        EXPECT_EQ(menu_case_id, due ? kViewScreen : kQuizScreen);
         EXPECT_TRUE(spawn_question);
 
         Frame();
@@ -514,12 +360,12 @@ TEST_F(NotificationsTest, OpeningAnEventLetsTheAnimationClockRunOn) {
     for (const Event& event : {DueIn(20), MakeReminder("r", 0, 4000)}) {
         events.clear();
         Add(event);
-        menu_case_id = -1;
+        menu_case_id = kOwlScreen;
         character.bt = 4.5F;
 
         ClickButton();
 
-        EXPECT_NE(menu_case_id, -1);
+        EXPECT_NE(menu_case_id, kOwlScreen);
         EXPECT_EQ(character.bt, 4.5F);
     }
 }
@@ -530,7 +376,7 @@ TEST_F(NotificationsTest, WithoutANoticeAClickThereOpensNothing) {
 
     ClickButton();
 
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
 }
 
 TEST_F(NotificationsTest, APointerWithoutClickOpensNothing) {
@@ -539,7 +385,7 @@ TEST_F(NotificationsTest, APointerWithoutClickOpensNothing) {
 
     Frame();
 
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
 }
 
 TEST_F(NotificationsTest, TheFrameOfTheClickStaysTheOwls) {
@@ -547,7 +393,7 @@ TEST_F(NotificationsTest, TheFrameOfTheClickStaysTheOwls) {
 
     ClickButton();
 
-    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ScreenShown(), kOwlScreen);
     EXPECT_EQ(ButtonsDrawn(notify_circle).size(), 1U);
 }
 
@@ -587,7 +433,7 @@ TEST_F(NotificationsTest, ButtonBadgeAndCountAreDrawnLastInThisOrder) {
     for (const fakes::Primitive& drawn : fakes::gl().primitives) textures.push_back(drawn.texture);
     ASSERT_GT(textures.size(), 3U);
     EXPECT_EQ(std::vector<unsigned int>(textures.end() - 3, textures.end()),
-              (std::vector<unsigned int>{icns[6], notify_circle, font}));
+              (std::vector<unsigned int>{icns[kNoticeIcon], notify_circle, font}));
 }
 
 TEST_F(NotificationsTest, LeavesWhite) {
@@ -602,18 +448,26 @@ TEST_F(NotificationsTest, LeavesWhite) {
 
 // ---- The sound ----
 
-TEST_F(NotificationsTest, SoundsAtOnceAndThenEvery35Seconds) {
+TEST_F(NotificationsTest, SoundsAtOnce) {
     Add(DueIn(-1));
+
+    Frame(0.25F);
+
+    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+    EXPECT_EQ(notifications.play_sfx_te, 0);
+}
+
+TEST_F(NotificationsTest, SoundsAgainAfter35SecondsAndNotAtThem) {
+    Add(DueIn(-1));
+    notifications.play_sfx_te = 34.75F;
+
+    Frame(0.25F);
+    EXPECT_EQ(SoundsStarted(), Names());
+    EXPECT_EQ(notifications.play_sfx_te, 35);
+
     Frame(0.25F);
     EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
-
-    int frames = 0;
-    do {
-        Frame(0.25F);
-        ++frames;
-    } while (SoundsStarted().empty() && frames < 1000);
-    EXPECT_EQ(frames, 4 * 35 + 1) << "after 35 seconds and not at them";
-    EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
+    EXPECT_EQ(notifications.play_sfx_te, 0);
 }
 
 TEST_F(NotificationsTest, SoundsAlsoWithSoundSwitchedOff) {
@@ -649,21 +503,20 @@ TEST_F(NotificationsTest, DoesNotSoundWhereNothingIsDue) {
 }
 
 TEST_F(NotificationsTest, SoundsAtOnceForWhatFallsDueAfterAllWasAcknowledged) {
-    Event& event = Add(DueIn(-1));
-    Frame(0.25F);
-    event.done = 1;
+    notifications.play_sfx_te = 10;
     Frame(0.25F);
     EXPECT_EQ(SoundsStarted(), Names());
+    EXPECT_EQ(notifications.play_sfx_te, kLongAgo);
+    Add(DueIn(-1));
 
-    event.done = 0;
     Frame(0.25F);
 
     EXPECT_EQ(SoundsStarted(), (Names{"notify.wav"}));
 }
 
 TEST_F(NotificationsTest, DoesNotSoundForAnotherEventThatFallsDueMeanwhile) {
+    notifications.play_sfx_te = 10;
     Add(DueIn(-1));
-    Frame(0.25F);
     Add(DueIn(-2));
 
     Frame(0.25F);
@@ -678,7 +531,7 @@ TEST_F(NotificationsTest, SoundsBetweenItsButtonAndItsBadge) {
     Frame(0.25F);
 
     const std::size_t sound = fakes::IndexOf("alSourcePlay");
-    const std::vector<fakes::Primitive> bell = fakes::gl().DrawnWith(icns[6]);
+    const std::vector<fakes::Primitive> bell = fakes::gl().DrawnWith(icns[kNoticeIcon]);
     const std::vector<fakes::Primitive> badge = fakes::gl().DrawnWith(notify_circle);
     ASSERT_EQ(bell.size(), 1U);
     ASSERT_EQ(badge.size(), 1U);
@@ -768,11 +621,11 @@ TEST_F(NotificationsTest, AReminderIsAcknowledgedByConfirmingItAndTheOwlReturns)
     ClickAt(476, 436);
 
     EXPECT_EQ(reminder.elapsed, 0);
-    EXPECT_EQ(menu_case_id, -1);
+    EXPECT_EQ(menu_case_id, kOwlScreen);
     EXPECT_FALSE(force_back_hm);
     EXPECT_EQ(StoredEvents().at(0).elapsed, 0);
     Frame();
-    EXPECT_EQ(ScreenShown(), -1);
+    EXPECT_EQ(ScreenShown(), kOwlScreen);
     EXPECT_EQ(n_notify, 0);
 }
 
@@ -783,8 +636,8 @@ TEST_F(NotificationsTest, AReminderOpenedFromItsNoticeAndDeletedIsNoLongerDue) {
 
     ClickAt(485, 486);
 
-    EXPECT_EQ(menu_case_id, 0);
-    menu_case_id = -1;
+    EXPECT_EQ(menu_case_id, kListScreen);
+    menu_case_id = kOwlScreen;
     Frame();
     EXPECT_EQ(n_notify, 0);
     EXPECT_EQ(edit_event, nullptr);
@@ -800,7 +653,7 @@ TEST_F(NotificationsTest, ComesAfterTheMenuAndBeforeTheOfferRunsOut) {
     Frame(0.125F);
 
     EXPECT_FALSE(spawn_question);
-    EXPECT_EQ(ButtonsDrawn(icns[5]).size(), 1U);
+    EXPECT_EQ(ButtonsDrawn(icns[kOfferIcon]).size(), 1U);
 }
 
 TEST_F(NotificationsTest, LeavesTheOwlsFrameAsItFoundIt) {

@@ -222,12 +222,12 @@ TEST_F(MainTest, StartsWithoutASoundDevice) {
 // ---- Values at start ----
 
 TEST(ProgramStartTest, GlobalsOfTheShellHaveTheirStartValues) {
-    ExpectInFreshProcess([] { return global_time == 0 && menu_case_id == -1 && enable_sfx; });
+    ExpectInFreshProcess([] { return global_time == 0 && menu_case_id == kOwlScreen && enable_sfx; });
     ExpectInFreshProcess([] { return !AudioEngine.initialized && questions.empty() && question_id == 0; });
 }
 
 TEST(ProgramStartTest, GlobalsOfTheCharacterStartAtZeroAndFalse) {
-    ExpectInFreshProcess([] { return anim == 0 && !spawn_question && !spawn_laugh; });
+    ExpectInFreshProcess([] { return anim == kStanding && !spawn_question && !spawn_laugh; });
 }
 
 TEST(ProgramStartTest, NoNoticeIsPendingAtTheStart) {
@@ -236,7 +236,7 @@ TEST(ProgramStartTest, NoNoticeIsPendingAtTheStart) {
 
 TEST(ProgramStartTest, NoEventIsOpenAndNoFieldHasFocusAtTheStart) {
     ExpectInFreshProcess(
-        [] { return events.empty() && edit_event == nullptr && edit_tf == 0 && !force_back_hm; });
+        [] { return events.empty() && edit_event == nullptr && edit_tf == kNoField && !force_back_hm; });
 }
 
 TEST(ProgramStartTest, InputStartsAtZeroAndFalse) {
@@ -248,8 +248,9 @@ TEST(ProgramStartTest, InputStartsAtZeroAndFalse) {
 
 TEST(ProgramStartTest, TexturesStartUnnamed) {
     ExpectInFreshProcess([] {
-        return GUI[2] == 0 && std::all_of(Pictures().begin(), Pictures().end(),
-                                          [](const Picture& picture) { return *picture.name == 0; });
+        return GUI[kViewScreen] == 0 &&
+               std::all_of(Pictures().begin(), Pictures().end(),
+                           [](const Picture& picture) { return *picture.name == 0; });
     });
 }
 
@@ -419,7 +420,7 @@ TEST_F(DisplayTest, LeavesTheCanvasPresentsMeasuresAndAsksForTheNextFrame) {
 }
 
 TEST_F(DisplayTest, LeavesAPanelAsItLeavesTheCharacter) {
-    menu_case_id = 0;
+    menu_case_id = kListScreen;
 
     display();
 
@@ -429,7 +430,7 @@ TEST_F(DisplayTest, LeavesAPanelAsItLeavesTheCharacter) {
 }
 
 TEST_F(DisplayTest, BalancesItsStacksOnEveryScreen) {
-    for (menu_case_id = -1; menu_case_id <= 3; ++menu_case_id) {
+    for (menu_case_id = kOwlScreen; menu_case_id <= kQuizScreen; ++menu_case_id) {
         display();
 
         EXPECT_EQ(fakes::gl().modelview.size(), 1U) << "screen " << menu_case_id;
@@ -490,7 +491,7 @@ TEST_F(DisplayTest, DrawsTheCharacterWhileNoPanelIsOpen) {
 }
 
 TEST_F(DisplayTest, DrawsThePictureOfTheOpenPanelOverTheWholeCanvasAndNoCharacter) {
-    for (int panel = 0; panel <= 3; ++panel) {
+    for (int panel = kListScreen; panel <= kQuizScreen; ++panel) {
         fakes::gl().primitives.clear();
         menu_case_id = panel;
 
@@ -504,7 +505,7 @@ TEST_F(DisplayTest, DrawsThePictureOfTheOpenPanelOverTheWholeCanvasAndNoCharacte
 }
 
 TEST_F(DisplayTest, DrawsThePanelPicturesOnceBeforeEverythingOnThem) {
-    for (const int screen : {0, 1, 2}) {
+    for (const int screen : {kListScreen, kEditorScreen, kViewScreen}) {
         events.clear();
         events.emplace_back();
         edit_event = &events.back();
@@ -524,16 +525,16 @@ TEST_F(DisplayTest, ShowsTheSamePictureForTheEditorAndTheView) {
     const PictureFolder pictures;
     LoadTextures();
 
-    menu_case_id = 1;
+    menu_case_id = kEditorScreen;
     display();
-    menu_case_id = 2;
+    menu_case_id = kViewScreen;
     display();
 
-    EXPECT_EQ(fakes::gl().DrawnWith(GUI[1]).size(), 2U);
+    EXPECT_EQ(fakes::gl().DrawnWith(GUI[kEditorScreen]).size(), 2U);
 }
 
 TEST_F(DisplayTest, OpeningAnyPanelDropsAQuizOffer) {
-    for (menu_case_id = 0; menu_case_id <= 3; ++menu_case_id) {
+    for (menu_case_id = kListScreen; menu_case_id <= kQuizScreen; ++menu_case_id) {
         spawn_question = true;
 
         display();
@@ -553,7 +554,7 @@ TEST_F(DisplayTest, TheCharacterScreenKeepsAQuizOffer) {
 TEST_F(DisplayTest, TheOwlsTimersStandStillWhileAPanelIsOpen) {
     display();
     const CharacterState before = character;
-    menu_case_id = 0;
+    menu_case_id = kListScreen;
 
     for (int frame = 0; frame < 10; ++frame) {
         LetFrameTake(100'000'000);

@@ -101,15 +101,15 @@ TEST_F(TexturesTest, TheFileCheckFeedsTheCheckButtonAndNotTheCheckBox) {
     LoadTextures();
 
     EXPECT_EQ(fakes::gl().textures.at(button_check).width, 40);
-    EXPECT_EQ(fakes::gl().textures.at(button[1]).width, 50);
+    EXPECT_EQ(fakes::gl().textures.at(button[kChecked]).width, 50);
 }
 
 TEST_F(TexturesTest, TheEditorsAndTheViewsPanelAreOneTexture) {
     LoadTextures();
 
-    EXPECT_EQ(GUI[2], GUI[1]);
-    EXPECT_NE(GUI[0], GUI[1]);
-    EXPECT_NE(GUI[3], GUI[1]);
+    EXPECT_EQ(GUI[kViewScreen], GUI[kEditorScreen]);
+    EXPECT_NE(GUI[kListScreen], GUI[kEditorScreen]);
+    EXPECT_NE(GUI[kQuizScreen], GUI[kEditorScreen]);
 }
 
 // ---- One texture ----

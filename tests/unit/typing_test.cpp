@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Index: from the window system to a field, what types what, where nothing is typed, clicks between
-// characters, the queue, special keys.
+// characters, listening, special keys.
 #include "app/typing.h"
 
 #include <algorithm>
@@ -30,8 +30,8 @@ class TypingTest : public CalendarTest {
         CalendarTest::SetUp();
         ListenToTyping();
         edit_event = &Add(MakeAppointment("", 20, 9, 2013, 15, 20));
-        menu_case_id = 1;
-        edit_tf = 2;
+        menu_case_id = kEditorScreen;
+        edit_tf = kDescriptionField;
     }
 
     static void TypeCode(int code) { TypeCharacter(static_cast<unsigned char>(code), 0, 0); }
@@ -77,7 +77,7 @@ TEST_F(TypingTest, ASentenceArrivesWhole) {
 }
 
 TEST_F(TypingTest, TheNameTakesItsFirst17Characters) {
-    edit_tf = 1;
+    edit_tf = kNameField;
 
     Type("abcdefghijklmnopqrst");
 
@@ -169,11 +169,11 @@ TEST_F(TypingTest, EveryOtherCharacterBeyondAsciiTypesNothing) {
 // ---- Where nothing is typed ----
 
 TEST_F(TypingTest, WhatIsTypedWithoutFocusIsDropped) {
-    edit_tf = 0;
+    edit_tf = kNoField;
     TypeCode('a');
     TypeCode('b');
     Frame();
-    edit_tf = 2;
+    edit_tf = kDescriptionField;
 
     for (int i = 0; i < 4; ++i) Frame();
 
@@ -182,12 +182,12 @@ TEST_F(TypingTest, WhatIsTypedWithoutFocusIsDropped) {
 }
 
 TEST_F(TypingTest, WhatIsTypedOnAnotherScreenIsDropped) {
-    for (const int screen : {-1, 0, 2, 3}) {
+    for (const int screen : {kOwlScreen, kListScreen, kViewScreen, kQuizScreen}) {
         menu_case_id = screen;
         edit_event = &events.front();
         TypeCode('a');
         Frame();
-        menu_case_id = 1;
+        menu_case_id = kEditorScreen;
         edit_event = &events.front();
 
         Frame();
@@ -198,9 +198,9 @@ TEST_F(TypingTest, WhatIsTypedOnAnotherScreenIsDropped) {
 }
 
 TEST_F(TypingTest, NothingTypedChangesAnEventInTheView) {
-    menu_case_id = 2;
+    menu_case_id = kViewScreen;
     const Event before = events.front();
-    for (const int field : {1, 2}) {
+    for (const int field : {kNameField, kDescriptionField}) {
         edit_tf = field;
 
         Type("abc\x08");
@@ -210,9 +210,9 @@ TEST_F(TypingTest, NothingTypedChangesAnEventInTheView) {
 }
 
 TEST_F(TypingTest, WhatWasTypedInTheViewDoesNotReachTheEditorLater) {
-    menu_case_id = 2;
+    menu_case_id = kViewScreen;
     Type("abc");
-    menu_case_id = 1;
+    menu_case_id = kEditorScreen;
 
     for (int i = 0; i < 4; ++i) Frame();
 
@@ -226,13 +226,13 @@ TEST_F(TypingTest, AClickOnConfirmWaitsUntilWhatWasTypedBeforeItIsInTheField) {
 
     ClickAt(476, 436);
     EXPECT_EQ(Description(), "a");
-    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_EQ(menu_case_id, kEditorScreen);
     Frame();
     Frame();
-    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_EQ(menu_case_id, kEditorScreen);
     Frame();
 
-    EXPECT_EQ(menu_case_id, 0);
+    EXPECT_EQ(menu_case_id, kListScreen);
     EXPECT_EQ(Description(), "abc");
     EXPECT_EQ(ReadFile("database.bin").substr(24, 4), std::string("abc\0", 4));
 }
@@ -256,20 +256,20 @@ TEST_F(TypingTest, AClickThatWaitsHappensWhereThePointerWasThen) {
 
     Frame();
 
-    EXPECT_EQ(edit_tf, 1);
-    EXPECT_EQ(menu_case_id, 1);
+    EXPECT_EQ(edit_tf, kNameField);
+    EXPECT_EQ(menu_case_id, kEditorScreen);
 }
 
 TEST_F(TypingTest, AClickThatWaitsHappensOnce) {
     TypeCode('a');
     ClickAt(120, 220);
     Frame();
-    ASSERT_EQ(edit_tf, 1);
-    edit_tf = 2;
+    ASSERT_EQ(edit_tf, kNameField);
+    edit_tf = kDescriptionField;
 
     for (int i = 0; i < 3; ++i) Frame();
 
-    EXPECT_EQ(edit_tf, 2);
+    EXPECT_EQ(edit_tf, kDescriptionField);
 }
 
 TEST_F(TypingTest, TwoClicksWaitInTheirOrder) {
@@ -293,7 +293,7 @@ TEST_F(TypingTest, AButtonReleasedBeforeTheFrameIsNoClickAlsoBehindCharacters) {
 
     for (int i = 0; i < 3; ++i) Frame();
 
-    EXPECT_EQ(edit_tf, 2);
+    EXPECT_EQ(edit_tf, kDescriptionField);
     EXPECT_EQ(Description(), "a");
 }
 
@@ -302,9 +302,9 @@ TEST_F(TypingTest, WhatWasTypedAfterAClickThatTakesTheFocusAwayIsDropped) {
     ClickAt(300, 300);
     for (const char c : std::string("bc")) TypeCode(c);
     Frame();
-    ASSERT_EQ(edit_tf, 0);
+    ASSERT_EQ(edit_tf, kNoField);
     Frame();
-    edit_tf = 2;
+    edit_tf = kDescriptionField;
 
     for (int i = 0; i < 4; ++i) Frame();
 
@@ -312,18 +312,18 @@ TEST_F(TypingTest, WhatWasTypedAfterAClickThatTakesTheFocusAwayIsDropped) {
 }
 
 TEST_F(TypingTest, WhatWasTypedWithoutAFocusIsDroppedAlsoWhenAClickGivesOne) {
-    edit_tf = 0;
+    edit_tf = kNoField;
     TypeCode('a');
 
     ClickAt(120, 220);
     for (int i = 0; i < 3; ++i) Frame();
 
-    EXPECT_EQ(edit_tf, 1);
+    EXPECT_EQ(edit_tf, kNameField);
     EXPECT_EQ(NameOf(events.front()), "");
 }
 
 TEST_F(TypingTest, WhatIsTypedRightAfterAClickGoesWhereTheClickLeads) {
-    edit_tf = 0;
+    edit_tf = kNoField;
     PointAt(120, 220);
     mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
     TypeCode('a');
@@ -344,23 +344,11 @@ TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
     ClickAt(241, 390);  // the first row
     for (int i = 0; i < 5; ++i) Frame();
 
-    ASSERT_EQ(menu_case_id, 1);
+    ASSERT_EQ(menu_case_id, kEditorScreen);
     EXPECT_EQ(Description(), "");
 }
 
-// ---- The queue ----
-
-TEST_F(TypingTest, KeepsUpTo4096CharactersThatWait) {
-    for (int i = 0; i < 5000; ++i) TypeCode(i < 4096 ? 'a' : 'b');
-    int delivered = 0;
-    for (int frame = 0; frame < 5000; ++frame) {
-        DeliverTyping(true);
-        if (key_state['a']) ++delivered;
-        EXPECT_FALSE(key_state['b']);
-    }
-
-    EXPECT_EQ(delivered, 4096);
-}
+// ---- Listening ----
 
 TEST_F(TypingTest, ListeningAnewForgetsWhatWaits) {
     TypeCode('a');
@@ -414,8 +402,8 @@ TEST_F(TypingTest, TheKeysAreClearedAtTheEndOfTheFrame) {
 TEST(TypingStartTest, WithoutListeningKeyStateIsTakenAsItIs) {
     ExpectInFreshProcess([] {
         edit_event = &events.emplace_back();
-        menu_case_id = 1;
-        edit_tf = 2;
+        menu_case_id = kEditorScreen;
+        edit_tf = kDescriptionField;
         keyboard_down('p', 0, 0);
         key_state['a'] = true;
         TypeCharacter('x', 0, 0);
