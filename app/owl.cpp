@@ -36,7 +36,7 @@ struct DelayRange {
 constexpr DelayRange kOfferDelay = {900, 1800, 1};    ///< from one quiz offer to the next
 constexpr DelayRange kBlinkDelay = {1.5F, 6, 10};     ///< from one blink to the next
 constexpr DelayRange kStareDelay = {5, 15, 10};       ///< before the owl looks straight ahead
-constexpr DelayRange kStareLength = {3, 8, 10};       ///< how long it does
+constexpr DelayRange kStareLength = {3, 8, 10};       ///< how long that look lasts
 constexpr DelayRange kTimeInPose[] = {{20, 60, 10},   ///< kStanding
                                       {10, 20, 10},   ///< kPerching
                                       {30, 60, 10}};  ///< kSleeping
@@ -59,8 +59,8 @@ const vector3f kPointerOrigin(275, 265, 0);
 const vector3f kLeftEye(237.28F, 392.248F, 0);
 const vector3f kRightEye(287.52F, 389.804F, 0);
 
-constexpr float kNearOffset = 4;  ///< so far a pupil goes where the pointer is
-constexpr float kFarOffset = 5;   ///< so far it goes for a pointer farther away
+constexpr float kNearOffset = 4;  ///< a pointer within this distance of the eye is where the pupil goes
+constexpr float kFarOffset = 5;   ///< how far the pupil goes for a pointer farther away
 
 constexpr float kPictureEdge = 500;  ///< the owl's pictures are drawn this large
 constexpr float kHatHeight = 490;
@@ -169,7 +169,9 @@ void MeetPointer(OwlFrame& frame) {
 }
 
 /// Walks through the stages of a sleep. kAsleep holds until something wakes the owl; the other stages last a
-/// second each. Waking takes only what is left of the second that has begun.
+/// second each.
+/// Deliberate: waking does not restart the second. An owl that is woken while it dozes or nods stands up when
+/// the second that had begun is over.
 void Sleep() {
     if (anim != kSleeping) return;
     if (character.sleep_state == kAsleep) {

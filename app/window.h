@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The window layer: what the window needs beside GLUT's callbacks so that the owl never goes deaf.
+// The window layer: what the window needs beside GLUT's callbacks so that frames also come while it is
+// hidden.
 //
 // GLUT stops asking for frames while its window is minimised or wholly covered. But reminders count and
-// notices sound there too, so a slow timer looks whether frames still come and draws them itself when they do
-// not.
+// notices sound in every frame, so a slow timer checks whether frames still come, and draws them itself when
+// they do not.
 #pragma once
 
 /// Lets GLUT say in one Italian line what keeps it from opening its window, and ends the program with status

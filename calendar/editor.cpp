@@ -246,8 +246,8 @@ void PrintDescription(const EditorFrame& frame) {
     glPrintTextBox(28, 170, kTextSize, 43, "%s%c", description.c_str(), Caret(frame, kDescriptionField));
 }
 
-/// Applies this frame's keys to a text, in the order of their codes: 127 removes the last character, others
-/// are appended while the text is shorter than `longest`.
+/// Applies this frame's keys to a text, in the order of their codes: 127 removes the last character, 0 to 2
+/// do nothing, others are appended while the text is shorter than `longest`.
 void ApplyKeys(std::string& text, std::size_t longest) {
     constexpr int kErase = 127;
     for (int key = 0; key < static_cast<int>(std::size(key_state)); ++key) {

@@ -4,8 +4,8 @@
 // The event editor, and the same screen as a read-only view of a due event.
 #pragma once
 
-/// The editor, opened on a reminder from its notice, returns straight to the owl. Set by the notices, taken
-/// by the editor's confirm button.
+/// The editor, opened on a reminder from its notice, returns straight to the owl. Set by app/notifications,
+/// taken by the editor's confirm button.
 extern bool force_back_hm;
 
 /// The values of edit_tf.

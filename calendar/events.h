@@ -40,12 +40,12 @@ struct Event {
     Time time;                            ///< of an appointment or weekly event
     std::int32_t wday;                    ///< of a weekly event, 0 = Sunday .. 6 = Saturday
     std::int32_t kind;                    ///< one of EventKind
-    std::int32_t repeat;                  ///< of a reminder: 0, 1, 2 = every 1, 2, 3 hours
+    std::int32_t repeat;                  ///< of a reminder: the row of kRepeats (notices.h)
     float elapsed;                        ///< of a reminder: seconds since it was last confirmed
     std::uint8_t warned_60;               ///< announced an hour before (notices.h); not 0 counts as set
     std::uint8_t warned_30;               ///< announced half an hour before
     std::uint8_t done;                    ///< the occurrence has been reached and acknowledged
-    std::uint8_t filler = 0;              ///< completes the record; never read
+    std::uint8_t filler = 0;              ///< completes the record; spare
 };
 
 static_assert(sizeof(Event) == 572, "the store's records have 572 bytes");

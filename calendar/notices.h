@@ -5,8 +5,7 @@
 //
 // An appointment or a weekly event is announced an hour before, half an hour before and at its time; a
 // reminder each time its period has run out. Four fields of an event remember what has been announced. This
-// is their life
-// ("-" leaves a field alone):
+// is their life ("-" leaves a field alone):
 //
 //     what happens             | warned_60     | warned_30     | done                  | elapsed
 //     -------------------------+---------------+---------------+-----------------------+------------------
@@ -21,9 +20,9 @@
 //
 //     (1) reminders only   (2) weekly events only
 //
-// Deliberate: an event that is opened during its own minute is marked as told but not as done, so it is due
-// again as soon as the owl is back; and Rearm leaves both warnings set, so that they come again only when the
-// editor takes them back.
+// Deliberate: a weekly event that is viewed only during its own minute is marked as told but not as done, so
+// it is due again as soon as the owl is back. (An appointment is removed when its view is closed.)
+// Deliberate: Rearm leaves both warnings set, so that they come again only when the editor takes them back.
 #pragma once
 
 #include <cstdint>
