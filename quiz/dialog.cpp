@@ -45,11 +45,11 @@ void Judge() {
         PlayEffect("right.wav");
         return;
     }
-    const int draw = std::rand() % 4;
-    if (draw == 0) {
+    const int reaction = std::rand() % 4;
+    if (reaction == 0) {
         spawn_laugh = true;
     } else {
-        PlayEffect(kWrong[draw]);
+        PlayEffect(kWrong[reaction]);
     }
 }
 
@@ -99,8 +99,8 @@ void PrintAnswers() {
 }  // namespace
 
 void AskQuestion() {
-    const auto draw = static_cast<unsigned int>(std::rand());
-    question_id = static_cast<std::int32_t>(draw % questions.size());
+    const auto number = static_cast<unsigned int>(std::rand());
+    question_id = static_cast<std::int32_t>(number % questions.size());
 }
 
 void QuizDialog() {
