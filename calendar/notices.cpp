@@ -18,6 +18,15 @@ constexpr float LongestPeriod() {
     return longest;
 }
 
+/// Returns whether a reminder that has waited the longest period is due, whatever its repeat.
+constexpr bool LongestIsInclusive() {
+    return std::all_of(std::begin(kRepeats), std::end(kRepeats), [](const Repeat& repeat) {
+        return repeat.seconds < LongestPeriod() || repeat.inclusive;
+    });
+}
+
+static_assert(LongestIsInclusive(), "at start every reminder is due");
+
 }  // namespace
 
 const Repeat* RepeatOf(const Event& event) {
