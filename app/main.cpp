@@ -19,7 +19,7 @@
 
 int main(int argc, char** argv) {
     ReturnFreedMemory();
-    SayWhyThereIsNoWindow();
+    ExplainMissingWindow();
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
     glutCreateWindow("Ulmaro Assistant");

@@ -33,13 +33,13 @@ struct DelayRange {
     float shortest, longest, steps;
 };
 
-constexpr DelayRange kOfferDelay = {900, 1800, 1};    ///< from one quiz offer to the next
-constexpr DelayRange kBlinkDelay = {1.5F, 6, 10};     ///< from one blink to the next
-constexpr DelayRange kStareDelay = {5, 15, 10};       ///< before the owl looks straight ahead
-constexpr DelayRange kStareLength = {3, 8, 10};       ///< how long that look lasts
-constexpr DelayRange kTimeInPose[] = {{20, 60, 10},   ///< kStanding
-                                      {10, 20, 10},   ///< kPerching
-                                      {30, 60, 10}};  ///< kSleeping
+constexpr DelayRange kOfferDelay = {900, 1800, 1};          ///< from one quiz offer to the next
+constexpr DelayRange kBlinkDelay = {1.5F, 6, 10};           ///< from one blink to the next
+constexpr DelayRange kStareDelay = {5, 15, 10};             ///< before the owl looks straight ahead
+constexpr DelayRange kStareLength = {3, 8, 10};             ///< how long that look lasts
+constexpr DelayRange kTimeInPose[kPoses] = {{20, 60, 10},   ///< kStanding
+                                            {10, 20, 10},   ///< kPerching
+                                            {30, 60, 10}};  ///< kSleeping
 constexpr float kBlinkSeconds = 0.1F;
 constexpr float kSleepStageSeconds = 1;
 constexpr float kLaughSeconds = 15.5F;
@@ -139,7 +139,7 @@ void Stare(OwlFrame& frame) {
 
 int AnotherPose() {
     int pose = anim;
-    while (pose == anim) pose = std::rand() % 3;
+    while (pose == anim) pose = std::rand() % kPoses;
     return pose;
 }
 

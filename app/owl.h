@@ -8,15 +8,13 @@
 // often and for how long it does something stands in the tables at the head of owl.cpp.
 #pragma once
 
+#include "app/textures.h"  // Pose
 #include "engine/vector3f.h"
-
-/// The owl's poses; they index the pictures `owl` and `owl_ce`.
-enum Pose { kStanding = 0, kPerching = 1, kSleeping = 2 };
 
 /// The stages of a sleep, the values of CharacterState::sleep_state.
 enum SleepStage { kDozing = 0, kNodding = 1, kAsleep = 2, kWaking = 3 };
 
-/// The pose shown. Written by AdvanceOwl().
+/// The pose shown, one of Pose. Written by AdvanceOwl().
 extern int anim;
 
 /// A quiz offer is showing: hat, thought bubble, smoke. Written by the owl, the menu and the frame.

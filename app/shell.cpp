@@ -61,7 +61,7 @@ bool DrawQuiz() {
 
 /// The panel screens, indexed by Screen. Each draws one frame of itself and returns false where the frame
 /// must be drawn again from the top.
-constexpr bool (*kPanelScreens[])() = {
+constexpr bool (*kDrawPanelScreen[kPanelScreens])() = {
     DrawList,     // kListScreen
     EventEditor,  // kEditorScreen
     EventEditor,  // kViewScreen
@@ -75,7 +75,7 @@ bool DrawScreen() {
         return true;
     }
     DrawPanel();
-    return kPanelScreens[menu_case_id]();
+    return kDrawPanelScreen[menu_case_id]();
 }
 
 /// Draws a whole frame. Returns false where it must be drawn again at once, for the screen that follows.

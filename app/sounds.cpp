@@ -10,14 +10,18 @@ namespace {
 
 constexpr int kSlot = 0;  ///< where the program plays everything
 
+void Play(const char* file) {
+    AudioEngine.spawn_static(kSlot, file, false);
+}
+
 }  // namespace
 
 void PlayEffect(const char* file) {
-    if (enable_sfx) PlayNotice(file);
+    if (enable_sfx) Play(file);
 }
 
 void PlayNotice(const char* file) {
-    AudioEngine.spawn_static(kSlot, file, false);
+    Play(file);
 }
 
 void Silence() {

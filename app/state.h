@@ -17,6 +17,7 @@ enum Screen {
     kEditorScreen = 1,  ///< the editor of an event
     kViewScreen = 2,    ///< the read-only view of a due event
     kQuizScreen = 3,    ///< a question of the quiz
+    kPanelScreens       ///< how many panel screens there are
 };
 
 /// Which screen is shown, one of Screen. Written by the menu, the notices and the panel screens.

@@ -17,13 +17,13 @@
 #include "engine/file.h"
 
 unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
-unsigned int owl[3];
-unsigned int owl_ce[3];
+unsigned int owl[kPoses];
+unsigned int owl_ce[kPoses];
 unsigned int font;
-unsigned int button[2];
+unsigned int button[kCheckBoxes];
 unsigned int button_close, button_add, button_trash, button_check, button_arrow_u, button_arrow_d;
-unsigned int icns[9];
-unsigned int GUI[4];
+unsigned int icns[kIcons];
+unsigned int GUI[kPanelScreens];
 unsigned int notify_circle;
 
 namespace {
@@ -49,12 +49,12 @@ constexpr RawTexture kTextures[] = {
     {"eye_left", &eye_l},
     {"eye_right", &eye_r},
     {"hat", &hat},
-    {"sleep", &owl[2]},
-    {"sleep_close_eyes", &owl_ce[2]},
-    {"stand_01", &owl[0]},
-    {"stand_01_close_eyes", &owl_ce[0]},
-    {"stand_02", &owl[1]},
-    {"stand_02_close_eyes", &owl_ce[1]},
+    {"sleep", &owl[kSleeping]},
+    {"sleep_close_eyes", &owl_ce[kSleeping]},
+    {"stand_01", &owl[kStanding]},
+    {"stand_01_close_eyes", &owl_ce[kStanding]},
+    {"stand_02", &owl[kPerching]},
+    {"stand_02_close_eyes", &owl_ce[kPerching]},
     {"tree", &tree},
     {"cloud", &cloud},
     {"circle", &circle},

@@ -8,22 +8,18 @@
 // no magic number.
 #pragma once
 
+#include "app/state.h"
 #include "engine/host.h"  // font
 
 // Texture names. Written by LoadTextures(), never deleted; read by whoever draws.
 extern unsigned int background, tree, eye_l, eye_r, hat, cloud, circle;
-extern unsigned int owl[3];     ///< the owl with open eyes, indexed by pose
-extern unsigned int owl_ce[3];  ///< the owl with closed eyes, indexed by pose
-extern unsigned int button[2];  ///< a tab or an answer, indexed by CheckBox
-extern unsigned int button_close, button_add, button_trash, button_check, button_arrow_u, button_arrow_d;
-extern unsigned int icns[9];  ///< indexed by Icon
-extern unsigned int GUI[4];   ///< panels, indexed by Screen; the editor and the view share one
-extern unsigned int notify_circle;
+/// The owl's poses, which index its pictures.
+enum Pose { kStanding = 0, kPerching = 1, kSleeping = 2, kPoses };
 
-/// The pictures of `button`.
-enum CheckBox { kUnchecked = 0, kChecked = 1 };
+/// The pictures of a tab or an answer.
+enum CheckBox { kUnchecked = 0, kChecked = 1, kCheckBoxes };
 
-/// The pictures of `icns`.
+/// The round icons of the menu and of the notices.
 enum Icon {
     kPlanIcon = 0,
     kSpareIcon = 1,  ///< loaded and never shown
@@ -34,7 +30,16 @@ enum Icon {
     kNoticeIcon = 6,
     kBrowserIcon = 7,
     kWebSiteIcon = 8,
+    kIcons
 };
+
+extern unsigned int owl[kPoses];     ///< the owl with open eyes
+extern unsigned int owl_ce[kPoses];  ///< the owl with closed eyes
+extern unsigned int button[kCheckBoxes];
+extern unsigned int button_close, button_add, button_trash, button_check, button_arrow_u, button_arrow_d;
+extern unsigned int icns[kIcons];
+extern unsigned int GUI[kPanelScreens];  ///< panels, indexed by Screen; the editor and the view share one
+extern unsigned int notify_circle;
 
 /// Sets the window's class and its icon, the raw picture "window_icon". Without that file it has no icon.
 void SetWindowClassAndIcon();

@@ -64,7 +64,7 @@ void EndWithoutWindow(const char* format, std::va_list arguments) {
 
 }  // namespace
 
-void SayWhyThereIsNoWindow() {
+void ExplainMissingWindow() {
     glutInitErrorFunc(EndWithoutWindow);
 }
 

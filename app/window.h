@@ -11,7 +11,7 @@
 
 /// Lets GLUT say in one Italian line what keeps it from opening its window, and ends the program with status
 /// 1 then; called before glutInit().
-void SayWhyThereIsNoWindow();
+void ExplainMissingWindow();
 
 /// Starts watching over the frames; `frame` is the display callback. Called once, before the main loop.
 void KeepFramesComing(void (*frame)());

@@ -156,7 +156,7 @@ void TellError(const char* format, ...) {
 }
 
 TEST(WindowStartTest, WhatKeepsTheWindowFromOpeningIsSaidInOneLineAndEndsTheProgram) {
-    SayWhyThereIsNoWindow();
+    ExplainMissingWindow();
 
     EXPECT_EXIT(TellError("failed to open display '%s'", ":99"), testing::ExitedWithCode(1),
                 "^Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL "
