@@ -22,6 +22,10 @@ ScreenPoint GlobalPointer();
 /// Returns a clock that never goes back, in nanoseconds from an arbitrary start.
 std::uint64_t MonotonicNanoseconds();
 
+/// Waits until an event of our window has come or so many nanoseconds have passed; not at all before there is
+/// a window.
+void AwaitWindowEvent(std::uint64_t nanoseconds);
+
 /// Opens a web address in the user's default browser and returns at once. Shows nothing where there is no
 /// browser.
 void OpenWebAddress(const char* address);

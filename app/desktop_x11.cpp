@@ -7,10 +7,12 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <poll.h>
 
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -65,6 +67,15 @@ ScreenPoint GlobalPointer() {
     XQueryPointer(display, DefaultRootWindow(display), &root, &child, &point.x, &point.y, &window_x,
                   &window_y, &buttons);
     return point;
+}
+
+void AwaitWindowEvent(std::uint64_t nanoseconds) {
+    Display* display = WindowConnection();
+    if (display == nullptr || XPending(display) > 0) return;
+    pollfd connection = {ConnectionNumber(display), POLLIN, 0};
+    const timespec wait = {static_cast<std::time_t>(nanoseconds / 1'000'000'000U),
+                           static_cast<long>(nanoseconds % 1'000'000'000U)};
+    ppoll(&connection, 1, &wait, nullptr);
 }
 
 void SetWindowIdentity(const char* program, const WindowIcon& icon) {

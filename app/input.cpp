@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "app/stroke_queue.h"
+#include "app/window.h"
 #include "engine/window_metrics.h"
 
 float touch_coord_x = 0;
@@ -64,6 +65,7 @@ void ResetFrameInput() {
 }
 
 void reshape(int w, int h) {
+    WatchFrames();
     ForgetWindowMetrics();
     glViewport(0, 0, w, h);
     glMatrixMode(GL_PROJECTION);

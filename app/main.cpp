@@ -12,7 +12,6 @@
 #include "app/input.h"
 #include "app/shell.h"
 #include "app/textures.h"
-#include "app/typing.h"
 #include "app/window.h"
 #include "engine/Sound.h"
 #include "engine/memory.h"
@@ -44,8 +43,6 @@ int main(int argc, char** argv) {
     glutMouseFunc(mouse_event);
     glutPassiveMotionFunc(mouse);
     glutMotionFunc(mouse);
-    KeepFramesComing(display);
-    ListenToTyping();
     glutMainLoop();
     return 0;
 }

@@ -108,9 +108,12 @@ void init() {
     LoadParticles();
     GenQuestions();
     LoadEvents();
+    SetFrame(display);
 }
 
 void display() {
+    WatchFrames();
+    ListenToTyping();
     ForgetWindowPlace();
     while (!DrawFrame()) {
     }

@@ -11,12 +11,12 @@
 #include "app/input.h"
 #include "app/stroke_queue.h"
 
+bool listening_to_typing = false;
+
 namespace {
 
 constexpr unsigned char kBackspace = 8;
 constexpr unsigned char kDelete = 127;
-
-bool listening = false;  ///< GLUT reports characters; written by ListenToTyping()
 
 /// A letter that is not ASCII and how the program writes it, before the apostrophe.
 struct Accented {
@@ -50,8 +50,8 @@ void Deliver(const Stroke& stroke) {
 }  // namespace
 
 void ListenToTyping() {
-    ForgetStrokes();
-    listening = true;
+    if (listening_to_typing) return;
+    listening_to_typing = true;
     glutKeyboardFunc(TypeCharacter);
 }
 
@@ -72,7 +72,7 @@ void TypeCharacter(unsigned char character, int /*x*/, int /*y*/) {
 }
 
 void DeliverTyping(bool field_has_focus) {
-    if (!listening) return;
+    if (!listening_to_typing) return;
     reset_keys_state();  // what special keys have left there
     QueuePress();
     if (!field_has_focus) DropCharacters();

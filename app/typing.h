@@ -18,7 +18,11 @@
 // to they never reach a field.
 #pragma once
 
-/// Starts listening to GLUT's characters. Without it key_state holds whatever was put there.
+/// Whether GLUT reports characters. Written by ListenToTyping(); tests set it.
+extern bool listening_to_typing;
+
+/// Starts listening to GLUT's characters, unless it has been started. Without it key_state holds whatever was
+/// put there.
 void ListenToTyping();
 
 /// Takes a typed character (Latin-1, as GLUT reports it): the GLUT keyboard callback. Backspace and Delete

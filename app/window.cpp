@@ -6,26 +6,19 @@
 #include <GL/freeglut.h>
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
 #include "app/desktop.h"
 
+WindowState window;
+
 namespace {
 
-/// How often a hidden window gets a frame: ten times a second. Far below the 0.25 seconds above which a frame
-/// advances no timer, and cheap enough to go unnoticed.
-constexpr unsigned int kHiddenFrameMilliseconds = 100;
-
-struct WindowState {
-    void (*frame)() = nullptr;    ///< the display callback; set by KeepFramesComing
-    unsigned int presented = 0;   ///< frames so far; written by PresentFrame
-    unsigned int seen = 0;        ///< frames so far at the last look; written by LookAfterFrames
-    bool drawing_hidden = false;  ///< the frame being drawn is the timer's; written by LookAfterFrames
-    int swap_interval = -1;       ///< what the driver was last told; -1 before the first frame
-};
-
-WindowState window;
+/// How long after a frame a hidden window gets the next: ten a second. Far below the 0.25 seconds above which
+/// a frame advances no timer, and cheap enough to go unnoticed.
+constexpr std::uint64_t kHiddenFrameNanoseconds = 100'000'000;
 
 /// Draws a frame that nobody sees: all its steps happen, but it touches no pixel, which is most of a frame's
 /// cost.
@@ -38,11 +31,19 @@ void DrawHiddenFrame() {
     window.drawing_hidden = false;
 }
 
-/// Draws a frame if none has come since the last look.
-void LookAfterFrames(int /*unused*/) {
-    glutTimerFunc(kHiddenFrameMilliseconds, LookAfterFrames, 0);
-    if (window.presented == window.seen) DrawHiddenFrame();
-    window.seen = window.presented;
+/// GLUT's idle callback: waits for the next hidden frame's time and draws it, but only where GLUT itself
+/// draws none. An event ends the wait, because GLUT must handle it: it may be the one that shows the window.
+void DrawFrameIfHidden() {
+    const std::uint64_t now = MonotonicNanoseconds();
+    const std::uint64_t passed = now - window.last_frame;
+    if (window.presented) {
+        window.presented = false;
+        window.last_frame = now;
+    } else if (passed < kHiddenFrameNanoseconds) {
+        AwaitWindowEvent(kHiddenFrameNanoseconds - passed);
+    } else {
+        DrawHiddenFrame();
+    }
 }
 
 /// Tells the driver only when the answer changes.
@@ -68,9 +69,14 @@ void ExplainMissingWindow() {
     glutInitErrorFunc(EndWithoutWindow);
 }
 
-void KeepFramesComing(void (*frame)()) {
+void SetFrame(void (*frame)()) {
     window.frame = frame;
-    glutTimerFunc(kHiddenFrameMilliseconds, LookAfterFrames, 0);
+}
+
+void WatchFrames() {
+    if (window.watching) return;
+    window.watching = true;
+    glutIdleFunc(DrawFrameIfHidden);
 }
 
 void PresentFrame() {
@@ -78,5 +84,5 @@ void PresentFrame() {
     glFlush();
     glFinish();
     glutSwapBuffers();
-    ++window.presented;
+    window.presented = true;
 }

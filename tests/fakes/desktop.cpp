@@ -32,6 +32,11 @@ std::uint64_t MonotonicNanoseconds() {
     return fakes::desktop().nanoseconds;
 }
 
+void AwaitWindowEvent(std::uint64_t nanoseconds) {
+    fakes::Record("AwaitWindowEvent", {static_cast<double>(nanoseconds)});
+    fakes::desktop().nanoseconds += fakes::desktop().event_after.value_or(nanoseconds);
+}
+
 void OpenWebAddress(const char* address) {
     fakes::Record("OpenWebAddress", {}, address);
     fakes::desktop().opened.emplace_back(address);

@@ -70,8 +70,6 @@ class AppTest : public fakes::Test {
     void SetUp() override {
         WriteSounds();
         rand_intvf(0, 1, 1);
-        PresentFrame();
-        ListenToTyping();
         fakes::world().now = 1;
         LocalTime();
         fakes::Test::SetUp();
@@ -99,6 +97,9 @@ class AppTest : public fakes::Test {
         event_list = ListState();
         quiz = QuizState();
         notifications = NotificationState();
+        window = {display, true, false, fakes::desktop().nanoseconds, false, 1};
+        listening_to_typing = true;
+        ForgetStrokes();
         FillBank();
         character = CharacterState();
         sleep_fx.reset();

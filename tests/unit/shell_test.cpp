@@ -56,6 +56,12 @@ bool HoldsWhenOpened(const char* file, Run run, Condition condition) {
 
 class MainTest : public AppTest {
   protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        window = WindowState();
+        listening_to_typing = false;
+    }
+
     static int RunMain() {
         std::string program = "ulmaro-assistant";
         char* argv[] = {program.data(), nullptr};
@@ -87,7 +93,6 @@ TEST_F(MainTest, StartsWindowThenSoundThenAssetsThenCallbacksThenTheLoop) {
                                                            "glutMouseFunc",
                                                            "glutPassiveMotionFunc",
                                                            "glutMotionFunc",
-                                                           "glutKeyboardFunc",
                                                            "glutMainLoop"};
     EXPECT_EQ(fakes::Names(order), Calls(order.begin(), order.end()));
 }
@@ -156,7 +161,7 @@ TEST_F(MainTest, RoundsThePlaceOnAScreenSmallerThanTheWindowTowardZero) {
     EXPECT_EQ(fakes::Lines({"glutInitWindowPosition"}), (Calls{"glutInitWindowPosition(-49, 0)"}));
 }
 
-TEST_F(MainTest, RegistersTheCallbacksOfTheScreensAndOneTimerForHiddenFrames) {
+TEST_F(MainTest, RegistersTheCallbacksOfTheScreensAndNothingElse) {
     RunMain();
 
     const fakes::Glut& glut = fakes::glut();
@@ -167,21 +172,43 @@ TEST_F(MainTest, RegistersTheCallbacksOfTheScreensAndOneTimerForHiddenFrames) {
     EXPECT_EQ(glut.mouse, &mouse_event);
     EXPECT_EQ(glut.passive_motion, &mouse);
     EXPECT_EQ(glut.motion, &mouse);
-    EXPECT_EQ(glut.timers.size(), 1U);
+    EXPECT_EQ(glut.timers.size(), 0U);
+    EXPECT_EQ(glut.idle, nullptr);
+    EXPECT_EQ(glut.keyboard, nullptr);
+    EXPECT_EQ(glut.keyboard_up, nullptr);
 }
 
-TEST_F(MainTest, ListensToTypedCharactersAndNotToTheEnterFlag) {
+TEST_F(MainTest, TheFirstFrameListensToTypedCharactersAndNotToTheEnterFlag) {
+    fakes::glut().main_loop = [] { fakes::glut().display(); };
+
     RunMain();
 
     EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
     EXPECT_EQ(fakes::Count("glutKeyboardFunc"), 1U);
+    EXPECT_EQ(fakes::glut().keyboard_up, nullptr);
 }
 
-TEST_F(MainTest, RegistersNeitherAnIdleCallbackNorOneForReleasedCharacters) {
+TEST_F(MainTest, TheFirstFrameBeginsToWatchOverTheFrames) {
+    fakes::glut().main_loop = [] {
+        fakes::glut().display();
+        fakes::glut().display();
+    };
+
     RunMain();
 
-    EXPECT_EQ(fakes::glut().idle, nullptr);
-    EXPECT_EQ(fakes::glut().keyboard_up, nullptr);
+    EXPECT_NE(fakes::glut().idle, nullptr);
+    EXPECT_EQ(fakes::Count("glutIdleFunc"), 1U);
+}
+
+TEST_F(MainTest, AWindowThatIsCoveredFromItsStartIsWatchedOverFromItsFirstReshape) {
+    fakes::glut().main_loop = [] {
+        fakes::glut().reshape(300, 300);
+        for (int i = 0; i < 3; ++i) fakes::glut().idle();
+    };
+
+    RunMain();
+
+    EXPECT_GE(fakes::glut().redisplays, 1);
 }
 
 TEST_F(MainTest, LoadsTheEventsBeforeItRegistersACallback) {
@@ -192,16 +219,6 @@ TEST_F(MainTest, LoadsTheEventsBeforeItRegistersACallback) {
     RunMain();
 
     EXPECT_EQ(loaded, 1U);
-}
-
-TEST_F(MainTest, DrawsAHiddenWindowByTheDisplayCallback) {
-    RunMain();
-    fakes::glut().FireTimers();  // whatever was presented before, no frame comes between this look ...
-
-    fakes::glut().FireTimers();  // ... and this one
-
-    EXPECT_GE(fakes::glut().redisplays, 1);
-    EXPECT_GE(fakes::Count("MonotonicNanoseconds"), 1U);
 }
 
 TEST_F(MainTest, PreparesTheSoundTableBeforeTheAssets) {

@@ -41,6 +41,10 @@ class TypingTest : public CalendarTest {
 // ---- From the window system to a field ----
 
 TEST_F(TypingTest, IsListenedToByGlutsKeyboardCallback) {
+    listening_to_typing = false;
+
+    ListenToTyping();
+
     EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
 }
 
@@ -350,13 +354,14 @@ TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
 
 // ---- Listening ----
 
-TEST_F(TypingTest, ListeningAnewForgetsWhatWaits) {
+TEST_F(TypingTest, ListeningIsBegunOnceAndLosesNothing) {
     TypeCode('a');
 
     ListenToTyping();
     DeliverTyping(true);
 
-    EXPECT_TRUE(KeysSet().empty());
+    EXPECT_EQ(fakes::Count("glutKeyboardFunc"), 0U);
+    EXPECT_EQ(KeysSet().size(), 1U);
 }
 
 // ---- Special keys ----
@@ -397,20 +402,6 @@ TEST_F(TypingTest, TheKeysAreClearedAtTheEndOfTheFrame) {
     Frame();
 
     EXPECT_TRUE(KeysSet().empty());
-}
-
-TEST(TypingStartTest, WithoutListeningKeyStateIsTakenAsItIs) {
-    ExpectInFreshProcess([] {
-        edit_event = &events.emplace_back();
-        menu_case_id = kEditorScreen;
-        edit_tf = kDescriptionField;
-        keyboard_down('p', 0, 0);
-        key_state['a'] = true;
-        TypeCharacter('x', 0, 0);
-        display();
-        display();
-        return DescriptionOf(*edit_event) == "ap";
-    });
 }
 
 }  // namespace

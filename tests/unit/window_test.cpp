@@ -23,73 +23,102 @@ void PresentingFrame() {
     PresentFrame();
 }
 
-/// A window whose frames are watched, at a look after which no frame has come yet.
+/// A window whose frames are watched over, shown until now: GLUT was last idle right after a frame.
 class WindowTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
-        KeepFramesComing(PresentingFrame);
-        fakes::glut().FireTimers();  // from here on, what was presented before does not count
-        PresentFrame();              // the swap interval is a shown window's
-        fakes::glut().FireTimers();  // and this frame has been seen
+        window = WindowState();
+        SetFrame(PresentingFrame);
+        WatchFrames();
+        PresentFrame();
+        fakes::glut().idle();
         fakes::desktop().swap_intervals.clear();
         fakes::ClearLog();
         frames_drawn = 0;
+        start_ = fakes::desktop().nanoseconds;
     }
+
+    /// Lets GLUT be idle so often.
+    static void BeIdle(int times) {
+        for (int i = 0; i < times; ++i) fakes::glut().idle();
+    }
+
+    /// Lets GLUT be idle until a hidden frame has been drawn.
+    static void DrawHiddenFrame() {
+        const int before = frames_drawn;
+        for (int tries = 0; tries < 10 && frames_drawn == before; ++tries) fakes::glut().idle();
+        ASSERT_EQ(frames_drawn, before + 1);
+    }
+
+    double Milliseconds() const { return static_cast<double>(fakes::desktop().nanoseconds - start_) / 1e6; }
+
+    std::uint64_t start_ = 0;
 };
 
-TEST_F(WindowTest, WatchingStartsWithOneTimerOfATenthOfASecondAndDrawsNothing) {
-    fakes::glut().timers.clear();
+TEST_F(WindowTest, WatchingDrawsNothing) {
+    window = WindowState();
+    SetFrame(PresentingFrame);
 
-    KeepFramesComing(PresentingFrame);
+    WatchFrames();
 
-    ASSERT_EQ(fakes::glut().timers.size(), 1U);
-    EXPECT_EQ(fakes::glut().timers[0].milliseconds, 100U);
     EXPECT_EQ(frames_drawn, 0);
 }
 
-TEST_F(WindowTest, EveryLookSetsOneTimerForTheNext) {
-    for (int look = 0; look < 5; ++look) {
-        fakes::glut().FireTimers();
+TEST_F(WindowTest, WatchingIsBegunOnce) {
+    WatchFrames();
+    WatchFrames();
 
-        ASSERT_EQ(fakes::glut().timers.size(), 1U);
-        EXPECT_EQ(fakes::glut().timers[0].milliseconds, 100U);
-    }
+    EXPECT_EQ(fakes::Count("glutIdleFunc"), 0U);
 }
 
-TEST_F(WindowTest, SetsTheNextTimerBeforeItDrawsSoThatALongFrameDoesNotDelayIt) {
-    fakes::glut().FireTimers();
+TEST_F(WindowTest, AHiddenWindowGetsTenFramesASecond) {
+    while (Milliseconds() < 10'000) fakes::glut().idle();
 
-    EXPECT_LT(fakes::IndexOf("glutTimerFunc"), fakes::IndexOf("glutSwapBuffers"));
+    EXPECT_NEAR(frames_drawn, 100, 1);
 }
 
-TEST_F(WindowTest, AHiddenWindowGetsOneFrameALook) {
-    for (int look = 1; look <= 10; ++look) {
-        fakes::glut().FireTimers();
+TEST_F(WindowTest, AHiddenFrameComesATenthOfASecondAfterTheLast) {
+    DrawHiddenFrame();
 
-        EXPECT_EQ(frames_drawn, look);
-    }
+    EXPECT_EQ(Milliseconds(), 100);
 }
 
-TEST_F(WindowTest, AShownWindowGetsNoFrameFromTheTimer) {
-    for (int look = 0; look < 10; ++look) {
+TEST_F(WindowTest, AnEventEndsTheWaitAndBringsNoFrame) {
+    fakes::desktop().event_after = 30'000'000;
+
+    BeIdle(1);
+
+    EXPECT_EQ(Milliseconds(), 30);
+    EXPECT_EQ(frames_drawn, 0);
+}
+
+TEST_F(WindowTest, AStormOfEventsDelaysNoHiddenFrameAndBringsNoneSooner) {
+    fakes::desktop().event_after = 1'000'000;
+
+    while (Milliseconds() < 1000) fakes::glut().idle();
+
+    EXPECT_NEAR(frames_drawn, 10, 1);
+}
+
+TEST_F(WindowTest, AShownWindowNeitherWaitsNorGetsAFrame) {
+    for (int frame = 0; frame < 10; ++frame) {
         PresentFrame();
-        fakes::glut().FireTimers();
+        BeIdle(1);
     }
 
     EXPECT_EQ(frames_drawn, 0);
+    EXPECT_EQ(fakes::Count("AwaitWindowEvent"), 0U);
 }
 
-TEST_F(WindowTest, AWindowThatIsHiddenAndShownAgainGetsFramesFromTheTimerOnlyWhileHidden) {
-    PresentFrame();
-    fakes::glut().FireTimers();
-    EXPECT_EQ(frames_drawn, 0);
-    fakes::glut().FireTimers();
-    fakes::glut().FireTimers();
-    EXPECT_EQ(frames_drawn, 2);
+TEST_F(WindowTest, AWindowThatIsHiddenAndShownAgainGetsFramesOnlyWhileHidden) {
+    DrawHiddenFrame();
+    DrawHiddenFrame();
 
-    PresentFrame();
-    fakes::glut().FireTimers();
+    for (int frame = 0; frame < 10; ++frame) {
+        PresentFrame();
+        BeIdle(1);
+    }
 
     EXPECT_EQ(frames_drawn, 2);
 }
@@ -101,14 +130,14 @@ TEST_F(WindowTest, AFrameIsFlushedThenFinishedThenSwapped) {
 }
 
 TEST_F(WindowTest, AHiddenFrameIsFlushedThenFinishedThenSwapped) {
-    fakes::glut().FireTimers();
+    DrawHiddenFrame();
 
     EXPECT_EQ(fakes::Names({"SetSwapInterval", "glFlush", "glFinish", "glutSwapBuffers"}),
               (std::vector<std::string>{"SetSwapInterval", "glFlush", "glFinish", "glutSwapBuffers"}));
 }
 
 TEST_F(WindowTest, AHiddenFrameTouchesNoPixel) {
-    fakes::glut().FireTimers();
+    DrawHiddenFrame();
 
     EXPECT_TRUE(frame_was_cut_off);
     EXPECT_EQ(fakes::Lines({"glScissor"}), (std::vector<std::string>{"glScissor(0, 0, 0, 0)"}));
@@ -116,19 +145,19 @@ TEST_F(WindowTest, AHiddenFrameTouchesNoPixel) {
 }
 
 TEST_F(WindowTest, AfterAHiddenFrameTheNextOneTouchesAllPixels) {
-    fakes::glut().FireTimers();
+    DrawHiddenFrame();
 
     EXPECT_FALSE(fakes::gl().Enabled(GL_SCISSOR_TEST));
 }
 
 TEST_F(WindowTest, AHiddenFrameDoesNotWaitForTheScreen) {
-    fakes::glut().FireTimers();
+    DrawHiddenFrame();
 
     EXPECT_EQ(fakes::desktop().swap_intervals, (std::vector<int>{0}));
 }
 
 TEST_F(WindowTest, AShownFrameWaitsForOneRefreshAgain) {
-    fakes::glut().FireTimers();
+    DrawHiddenFrame();
 
     PresentFrame();
 
@@ -138,9 +167,8 @@ TEST_F(WindowTest, AShownFrameWaitsForOneRefreshAgain) {
 TEST_F(WindowTest, TheDriverIsToldOnlyWhenTheIntervalChanges) {
     PresentFrame();
     PresentFrame();
-    fakes::glut().FireTimers();
-    fakes::glut().FireTimers();
-    fakes::glut().FireTimers();
+    BeIdle(1);
+    for (int frame = 0; frame < 3; ++frame) DrawHiddenFrame();
     PresentFrame();
     PresentFrame();
 
@@ -173,9 +201,9 @@ TEST(WindowStartTest, TheFirstFrameOfAllSetsTheIntervalOfAShownWindowBeforeItSwa
 
 TEST(WindowStartTest, AWindowThatIsHiddenFromTheStartGetsFrames) {
     ExpectInFreshProcess([] {
-        KeepFramesComing(PresentingFrame);
-        fakes::glut().FireTimers();
-        fakes::glut().FireTimers();
+        SetFrame(PresentingFrame);
+        WatchFrames();
+        for (int i = 0; i < 4; ++i) fakes::glut().idle();
         return frames_drawn == 2 && fakes::desktop().swap_intervals == std::vector<int>{0};
     });
 }
