@@ -4,11 +4,13 @@
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
 // Two source files fill it in: desktop_x11.cpp, the only one that includes Xlib, and desktop_posix.cpp for
-// the clock and web pages, which need no window system. Tests fill it in with a desktop of their own. Nothing
+// clocks and web pages, which need no window system. Tests fill it in with a desktop of their own. Nothing
 // here fails loudly: where the desktop has no answer, the function says what it does.
 #pragma once
 
 #include <cstdint>
+
+// ---- The pointer ----
 
 /// A point of the screen in pixels, origin at the top left of the main screen.
 struct ScreenPoint {
@@ -19,16 +21,22 @@ struct ScreenPoint {
 /// Returns where the pointer is, over our window or anywhere else. Costs one round trip to the window system.
 ScreenPoint GlobalPointer();
 
+/// Moves the pointer to screen point (400, 300).
+void ResetMouse();
+
+// ---- Clocks and web pages ----
+
 /// Returns a clock that never goes back, in nanoseconds from an arbitrary start.
 std::uint64_t MonotonicNanoseconds();
 
-/// Waits until an event of our window has come or so many nanoseconds have passed; not at all before there is
-/// a window.
-void AwaitWindowEvent(std::uint64_t nanoseconds);
+/// Returns the processor time that the process has used so far, all its threads together, nanoseconds.
+std::uint64_t ProcessorNanoseconds();
 
 /// Opens a web address in the user's default browser and returns at once. Shows nothing where there is no
 /// browser.
 void OpenWebAddress(const char* address);
+
+// ---- The window ----
 
 /// An icon of so many pixels, four bytes each: red, green, blue, alpha; rows from the bottom. None at all has
 /// the width 0.
@@ -42,8 +50,36 @@ struct WindowIcon {
 /// docks and task switchers show for it.
 void SetWindowIdentity(const char* program, const WindowIcon& icon);
 
-/// Moves the pointer to screen point (400, 300).
-void ResetMouse();
+/// Asks the window manager to minimise the window; without one nothing happens.
+void MinimiseWindow();
+
+/// Returns whether GLUT can take the text for a place or size on the screen, such as "300x300+10-20".
+bool IsGeometry(const char* text);
+
+// ---- Who sees the window ----
+//
+// These work on a connection of their own to the window system. The first call opens it; where that fails the
+// window counts as seen, and no refresh is ever told of.
+
+/// Returns whether anybody can see the window, as far as the desktop tells: it is neither minimised nor on
+/// another desktop nor wholly behind one opaque window, and no screen saver covers it. Takes in what the
+/// desktop has told since the last call; only where something has changed it asks, at most ten times a
+/// second.
+bool IsWindowSeen();
+
+/// Asks to be told of the next refresh of the screen. Returns false where the desktop does not tell.
+bool RequestRefresh();
+
+/// Waits until the refresh that was asked for has come, at most so many nanoseconds. Returns whether it has.
+/// With `until_event`, an event of GLUT's also ends the wait; then the refresh counts as come.
+bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event);
+
+/// Returns the time between two refreshes, nanoseconds; 0 before two of them have come.
+std::uint64_t RefreshPeriod();
+
+/// Waits until the window may be seen again, or a refresh that was asked for has come, at most so many
+/// nanoseconds.
+void AwaitSight(std::uint64_t nanoseconds);
 
 /// Lets a buffer swap wait for that many screen refreshes (0: not at all), where the driver offers swap
 /// control.

@@ -13,6 +13,12 @@
 
 namespace {
 
+std::uint64_t Nanoseconds(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
 /// Returns the text as one word of a shell command, whatever characters it has.
 std::string ShellQuoted(const char* text) {
     std::string quoted = "'";
@@ -24,9 +30,11 @@ std::string ShellQuoted(const char* text) {
 }  // namespace
 
 std::uint64_t MonotonicNanoseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+    return Nanoseconds(CLOCK_MONOTONIC);
+}
+
+std::uint64_t ProcessorNanoseconds() {
+    return Nanoseconds(CLOCK_PROCESS_CPUTIME_ID);
 }
 
 void OpenWebAddress(const char* address) {

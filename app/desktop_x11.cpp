@@ -8,11 +8,19 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <poll.h>
+#include <xcb/present.h>
+#include <xcb/screensaver.h>
+#include <xcb/xcb.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,6 +61,23 @@ std::vector<unsigned long> IconCardinals(const WindowIcon& icon) {
     return cardinals;
 }
 
+/// Returns a clock that runs with real time, nanoseconds. Waits are measured by it.
+std::uint64_t RealNanoseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_RAW, &now);
+    return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
+}
+
+/// Waits until an event of GLUT's window has come, at most so many nanoseconds.
+void AwaitWindowEvent(std::uint64_t nanoseconds) {
+    Display* display = WindowConnection();
+    if (display == nullptr || XPending(display) > 0) return;
+    pollfd connection = {ConnectionNumber(display), POLLIN, 0};
+    const timespec wait = {static_cast<std::time_t>(nanoseconds / 1'000'000'000U),
+                           static_cast<long>(nanoseconds % 1'000'000'000U)};
+    ppoll(&connection, 1, &wait, nullptr);
+}
+
 }  // namespace
 
 ScreenPoint GlobalPointer() {
@@ -67,15 +92,6 @@ ScreenPoint GlobalPointer() {
     XQueryPointer(display, DefaultRootWindow(display), &root, &child, &point.x, &point.y, &window_x,
                   &window_y, &buttons);
     return point;
-}
-
-void AwaitWindowEvent(std::uint64_t nanoseconds) {
-    Display* display = WindowConnection();
-    if (display == nullptr || XPending(display) > 0) return;
-    pollfd connection = {ConnectionNumber(display), POLLIN, 0};
-    const timespec wait = {static_cast<std::time_t>(nanoseconds / 1'000'000'000U),
-                           static_cast<long>(nanoseconds % 1'000'000'000U)};
-    ppoll(&connection, 1, &wait, nullptr);
 }
 
 void SetWindowIdentity(const char* program, const WindowIcon& icon) {
@@ -101,6 +117,25 @@ void ResetMouse() {
     XFlush(display);
 }
 
+void MinimiseWindow() {
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    XIconifyWindow(display, glXGetCurrentDrawable(), DefaultScreen(display));
+    XFlush(display);
+}
+
+bool IsGeometry(const char* text) {
+    int x = 0;
+    int y = 0;
+    unsigned int width = 0;
+    unsigned int height = 0;
+    const int given = XParseGeometry(text, &x, &y, &width, &height);
+    constexpr int kSize = WidthValue | HeightValue;
+    constexpr int kPlace = XValue | YValue;
+    const bool has_size = (given & kSize) == kSize && width > 0 && height > 0;
+    return has_size && ((given & kPlace) == kPlace || (given & kPlace) == 0);
+}
+
 void SetSwapInterval(int refreshes) {
     Display* display = WindowConnection();
     if (display == nullptr) return;
@@ -113,5 +148,432 @@ void SetSwapInterval(int refreshes) {
     } else if (HasGlxExtension(display, "GLX_SGI_swap_control") && refreshes > 0) {
         const auto set = GlxFunction<PFNGLXSWAPINTERVALSGIPROC>("glXSwapIntervalSGI");
         set(refreshes);
+    }
+}
+
+// ---- Who sees the window ----
+//
+// A second connection, so that these events do not mix with GLUT's. Protocol:
+//
+//   connect          selects: our window's properties, structure and visibility; the root window's properties
+//   and
+//                    the structure of its children; the screen saver; the Present extension's completions
+//   an event         that may change who sees the window is only noted
+//   IsWindowSeen     if one was noted, and the last look was a tenth of a second ago, looks again: it sends
+//   all
+//                    questions at once and then reads the answers, so a look is two waits, however many
+//                    windows there are
+//
+// What is asked follows the Extended Window Manager Hints (https://specifications.freedesktop.org/wm-spec/)
+// and the X Present extension (https://cgit.freedesktop.org/xorg/proto/presentproto/tree/presentproto.txt).
+
+namespace {
+
+constexpr std::uint64_t kBetweenLooksNanoseconds = 100'000'000;
+constexpr std::size_t kMostHigherWindows = 64;  ///< so many windows above ours are looked at
+constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
+constexpr std::uint32_t kIconic = 3;  ///< the value of WM_STATE for a minimised window
+
+template <typename Reply>
+using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
+
+template <typename Reply>
+Answer<Reply> Owned(Reply* reply) {
+    return {reply, &std::free};
+}
+
+/// A rectangle of the screen, pixels.
+struct Rectangle {
+    long x = 0, y = 0, width = 0, height = 0;
+
+    bool Contains(const Rectangle& other) const {
+        return x <= other.x && y <= other.y && x + width >= other.x + other.width &&
+               y + height >= other.y + other.height;
+    }
+};
+
+/// The properties that are read.
+enum AtomName {
+    kWmState,
+    kNetWmState,
+    kNetWmStateHidden,
+    kNetWmDesktop,
+    kNetCurrentDesktop,
+    kNetClientListStacking,
+    kNetFrameExtents,
+    kGtkFrameExtents,
+    kNetWmWindowOpacity,
+    kNetWmOpaqueRegion,
+    kAtoms
+};
+
+constexpr const char* kAtomNames[kAtoms] = {
+    "WM_STATE",
+    "_NET_WM_STATE",
+    "_NET_WM_STATE_HIDDEN",
+    "_NET_WM_DESKTOP",
+    "_NET_CURRENT_DESKTOP",
+    "_NET_CLIENT_LIST_STACKING",
+    "_NET_FRAME_EXTENTS",
+    "_GTK_FRAME_EXTENTS",
+    "_NET_WM_WINDOW_OPACITY",
+    "_NET_WM_OPAQUE_REGION",
+};
+
+/// The second connection and what came over it. Written by the functions below.
+struct Watch {
+    bool tried = false;                      ///< to connect
+    xcb_connection_t* connection = nullptr;  ///< null: none
+    xcb_window_t window = 0;
+    xcb_window_t root = 0;
+    xcb_atom_t atoms[kAtoms] = {};
+
+    bool changed = true;                  ///< something may have changed since the last look
+    std::uint64_t last_look = 0;          ///< monotonic clock
+    bool mapped = true;                   ///< our window, by its events
+    bool obscured = false;                ///< wholly, by its events: windows without a compositor
+    bool screen_saver = false;            ///< it covers the screen
+    std::uint8_t screen_saver_event = 0;  ///< the number of its event; 0: the server has none
+    bool seen = true;                     ///< by the last look
+
+    std::uint8_t present = 0;      ///< major opcode of the Present extension; 0: the server has none
+    std::uint32_t serial = 0;      ///< of the last refresh that was asked for
+    bool awaiting = false;         ///< that one has not come
+    std::uint64_t refreshes = 0;   ///< the number of the last refresh (MSC)
+    std::uint64_t refresh_at = 0;  ///< its time (UST), microseconds
+    std::uint64_t period = 0;      ///< nanoseconds
+};
+
+Watch watch;
+
+// ---- Connecting ----
+
+void AskForAtoms() {
+    std::vector<xcb_intern_atom_cookie_t> questions;
+    for (const char* name : kAtomNames) {
+        const auto length = static_cast<std::uint16_t>(std::strlen(name));
+        questions.push_back(xcb_intern_atom(watch.connection, 0, length, name));
+    }
+    for (int i = 0; i < kAtoms; ++i) {
+        const auto answer =
+            Owned(xcb_intern_atom_reply(watch.connection, questions[static_cast<std::size_t>(i)], nullptr));
+        if (answer) watch.atoms[i] = answer->atom;
+    }
+}
+
+void SelectRefreshes() {
+    const auto* extension = xcb_get_extension_data(watch.connection, &xcb_present_id);
+    if (extension == nullptr || extension->present == 0) return;
+    const auto version = Owned(xcb_present_query_version_reply(
+        watch.connection, xcb_present_query_version(watch.connection, 1, 0), nullptr));
+    if (!version) return;
+    watch.present = extension->major_opcode;
+    xcb_present_select_input(watch.connection, xcb_generate_id(watch.connection), watch.window,
+                             XCB_PRESENT_EVENT_MASK_COMPLETE_NOTIFY);
+}
+
+void SelectScreenSaver() {
+    const auto* extension = xcb_get_extension_data(watch.connection, &xcb_screensaver_id);
+    if (extension == nullptr || extension->present == 0) return;
+    watch.screen_saver_event = extension->first_event;
+    xcb_screensaver_select_input(watch.connection, watch.root, XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
+    const auto info = Owned(xcb_screensaver_query_info_reply(
+        watch.connection, xcb_screensaver_query_info(watch.connection, watch.root), nullptr));
+    watch.screen_saver = info && info->state == XCB_SCREENSAVER_STATE_ON;
+}
+
+void SelectEvents(xcb_window_t window, std::uint32_t events) {
+    xcb_change_window_attributes(watch.connection, window, XCB_CW_EVENT_MASK, &events);
+}
+
+/// Connects once; returns whether there is a connection.
+bool Connect() {
+    if (watch.tried) return watch.connection != nullptr;
+    watch.tried = true;
+    Display* display = WindowConnection();
+    if (display == nullptr) return false;
+    watch.connection = xcb_connect(DisplayString(display), nullptr);
+    if (xcb_connection_has_error(watch.connection) != 0) {
+        xcb_disconnect(watch.connection);
+        watch.connection = nullptr;
+        return false;
+    }
+    watch.window = static_cast<xcb_window_t>(glXGetCurrentDrawable());
+    watch.root = static_cast<xcb_window_t>(DefaultRootWindow(display));
+    AskForAtoms();
+    SelectEvents(watch.window, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                   XCB_EVENT_MASK_VISIBILITY_CHANGE);
+    SelectEvents(watch.root, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    SelectScreenSaver();
+    SelectRefreshes();
+    return true;
+}
+
+// ---- Events ----
+
+bool ConcernsSight(xcb_atom_t property) {
+    return property == watch.atoms[kWmState] || property == watch.atoms[kNetWmState] ||
+           property == watch.atoms[kNetWmDesktop] || property == watch.atoms[kNetCurrentDesktop] ||
+           property == watch.atoms[kNetClientListStacking];
+}
+
+/// Notes that a refresh has come. The period is that of two refreshes right after each other or a few apart.
+void NoteRefresh(const xcb_present_complete_notify_event_t& event) {
+    if (event.serial != watch.serial) return;
+    watch.awaiting = false;
+    const std::uint64_t refreshes = event.msc - watch.refreshes;
+    if (watch.refresh_at != 0 && refreshes > 0 && refreshes < 10 && event.ust > watch.refresh_at) {
+        watch.period = (event.ust - watch.refresh_at) * 1000 / refreshes;
+    }
+    watch.refreshes = event.msc;
+    watch.refresh_at = event.ust;
+}
+
+void TakeEvent(const xcb_generic_event_t& event) {
+    const std::uint8_t type = event.response_type & 0x7FU;
+    const auto as = [&]<typename Event>(const Event*) { return reinterpret_cast<const Event&>(event); };
+    if (type == XCB_GE_GENERIC) {
+        if (as(static_cast<xcb_ge_generic_event_t*>(nullptr)).extension != watch.present) return;
+        NoteRefresh(reinterpret_cast<const xcb_present_complete_notify_event_t&>(event));
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        if (ConcernsSight(as(static_cast<xcb_property_notify_event_t*>(nullptr)).atom)) watch.changed = true;
+    } else if (type == XCB_VISIBILITY_NOTIFY) {
+        const auto visibility = as(static_cast<xcb_visibility_notify_event_t*>(nullptr));
+        watch.obscured = visibility.state == XCB_VISIBILITY_FULLY_OBSCURED;
+        watch.changed = true;
+    } else if (type == XCB_MAP_NOTIFY || type == XCB_UNMAP_NOTIFY) {
+        const auto map = as(static_cast<xcb_map_notify_event_t*>(nullptr));
+        if (map.window == watch.window) watch.mapped = type == XCB_MAP_NOTIFY;
+        watch.changed = true;
+    } else if (watch.screen_saver_event != 0 && type == watch.screen_saver_event) {
+        const auto saver = as(static_cast<xcb_screensaver_notify_event_t*>(nullptr));
+        watch.screen_saver = saver.state == XCB_SCREENSAVER_STATE_ON;
+        watch.changed = true;
+    } else if (type >= XCB_CREATE_NOTIFY && type <= XCB_CIRCULATE_NOTIFY) {
+        watch.changed = true;  // a window moved, came or went
+    }
+}
+
+/// Takes in what has come. A connection that has broken is given up: the window counts as seen then.
+void TakeEvents() {
+    while (const auto event = Owned(xcb_poll_for_event(watch.connection))) TakeEvent(*event);
+    if (xcb_connection_has_error(watch.connection) == 0) return;
+    xcb_disconnect(watch.connection);
+    watch = Watch();
+    watch.tried = true;
+}
+
+// ---- Looking ----
+
+/// A question for a property of numbers, sent and not yet answered.
+class Numbers {
+  public:
+    Numbers(xcb_window_t window, AtomName name)
+        : question_(xcb_get_property(watch.connection, 0, window, watch.atoms[name],
+                                     XCB_GET_PROPERTY_TYPE_ANY, 0, 4096)) {}
+
+    /// Waits for the answer; none where the window has no such property.
+    std::vector<std::uint32_t> Get() const {
+        const auto answer = Owned(xcb_get_property_reply(watch.connection, question_, nullptr));
+        if (!answer || answer->format != 32) return {};
+        const auto* numbers = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));
+        return {numbers, numbers + xcb_get_property_value_length(answer.get()) / 4};
+    }
+
+    /// Waits for the answer and returns its first number.
+    std::uint32_t First(std::uint32_t otherwise) const {
+        const std::vector<std::uint32_t> numbers = Get();
+        return numbers.empty() ? otherwise : numbers[0];
+    }
+
+  private:
+    xcb_get_property_cookie_t question_;
+};
+
+bool Holds(const std::vector<std::uint32_t>& numbers, std::uint32_t number) {
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
+/// The questions about where a window is and how deep its pixels are, sent and not yet answered.
+class Geometry {
+  public:
+    explicit Geometry(xcb_window_t window)
+        : size_(xcb_get_geometry(watch.connection, window)),
+          place_(xcb_translate_coordinates(watch.connection, window, watch.root, 0, 0)) {}
+
+    /// Waits for the answers; no area where the window is gone.
+    Rectangle Get(int* depth) const {
+        const auto size = Owned(xcb_get_geometry_reply(watch.connection, size_, nullptr));
+        const auto place = Owned(xcb_translate_coordinates_reply(watch.connection, place_, nullptr));
+        if (!size || !place) return {};
+        *depth = size->depth;
+        return {place->dst_x, place->dst_y, size->width, size->height};
+    }
+
+  private:
+    xcb_get_geometry_cookie_t size_;
+    xcb_translate_coordinates_cookie_t place_;
+};
+
+/// All questions about a window above ours.
+struct HigherWindow {
+    explicit HigherWindow(xcb_window_t window)
+        : attributes(xcb_get_window_attributes(watch.connection, window)),
+          geometry(window),
+          state(window, kNetWmState),
+          desktop(window, kNetWmDesktop),
+          frame(window, kNetFrameExtents),
+          shadow(window, kGtkFrameExtents),
+          opacity(window, kNetWmWindowOpacity),
+          opaque_region(window, kNetWmOpaqueRegion) {}
+
+    xcb_get_window_attributes_cookie_t attributes;
+    Geometry geometry;
+    Numbers state, desktop, frame, shadow, opacity, opaque_region;
+};
+
+/// Returns the rectangle grown by a frame's extents: left, right, top, bottom.
+Rectangle Grown(const Rectangle& area, const std::vector<std::uint32_t>& extents, long sign) {
+    if (extents.size() != 4) return area;
+    const long left = sign * extents[0];
+    const long top = sign * extents[2];
+    return {area.x - left, area.y - top, area.width + left + sign * extents[1],
+            area.height + top + sign * extents[3]};
+}
+
+/// Returns the parts of a window that nothing shows through: all of it with its frame, or, where its pixels
+/// may be transparent, what it says is opaque.
+std::vector<Rectangle> OpaqueParts(const HigherWindow& window) {
+    int depth = 0;
+    const Rectangle area = window.geometry.Get(&depth);
+    const std::vector<std::uint32_t> frame = window.frame.Get();
+    const std::vector<std::uint32_t> shadow = window.shadow.Get();
+    const std::vector<std::uint32_t> region = window.opaque_region.Get();
+    const bool translucent = window.opacity.First(0xFFFFFFFF) != 0xFFFFFFFF;
+    if (translucent) return {};
+    if (depth != 32) return {Grown(Grown(area, frame, 1), shadow, -1)};
+    std::vector<Rectangle> parts;
+    for (std::size_t i = 0; i + 4 <= region.size(); i += 4) {
+        parts.push_back({area.x + static_cast<std::int32_t>(region[i]),
+                         area.y + static_cast<std::int32_t>(region[i + 1]), region[i + 2], region[i + 3]});
+    }
+    return parts;
+}
+
+/// Returns whether a window above ours hides all of it. Waits for the answers, all of them in any case.
+bool Covers(const HigherWindow& window, const Rectangle& ours, std::uint32_t current_desktop) {
+    const auto attributes =
+        Owned(xcb_get_window_attributes_reply(watch.connection, window.attributes, nullptr));
+    const bool minimised = Holds(window.state.Get(), watch.atoms[kNetWmStateHidden]);
+    const std::uint32_t desktop = window.desktop.First(kAllDesktops);
+    const std::vector<Rectangle> parts = OpaqueParts(window);
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || minimised) return false;
+    if (desktop != kAllDesktops && desktop != current_desktop) return false;
+    return std::any_of(parts.begin(), parts.end(),
+                       [&](const Rectangle& part) { return part.Contains(ours); });
+}
+
+/// Returns the windows above ours, the next one first; none where the desktop does not list ours.
+std::vector<xcb_window_t> WindowsAbove(const std::vector<std::uint32_t>& stacking) {
+    const auto ours = std::find(stacking.begin(), stacking.end(), watch.window);
+    if (ours == stacking.end()) return {};
+    std::vector<xcb_window_t> above(ours + 1, stacking.end());
+    if (above.size() > kMostHigherWindows) above.resize(kMostHigherWindows);
+    return above;
+}
+
+/// Returns whether one window above ours hides all of it.
+bool IsCovered(const std::vector<std::uint32_t>& stacking, const Rectangle& ours,
+               std::uint32_t current_desktop) {
+    std::vector<HigherWindow> above;
+    for (const xcb_window_t window : WindowsAbove(stacking)) above.emplace_back(window);
+    bool covered = false;
+    for (const HigherWindow& window : above) covered |= Covers(window, ours, current_desktop);
+    return covered;
+}
+
+/// Looks whether anybody sees the window.
+bool Look() {
+    const Numbers wm_state(watch.window, kWmState);
+    const Numbers net_state(watch.window, kNetWmState);
+    const Numbers desktop(watch.window, kNetWmDesktop);
+    const Numbers current_desktop(watch.root, kNetCurrentDesktop);
+    const Numbers stacking(watch.root, kNetClientListStacking);
+    const Geometry geometry(watch.window);
+    int depth = 0;
+
+    const bool minimised =
+        wm_state.First(0) == kIconic || Holds(net_state.Get(), watch.atoms[kNetWmStateHidden]);
+    const std::uint32_t here = desktop.First(kAllDesktops);
+    const std::uint32_t current = current_desktop.First(here);
+    const bool covered = IsCovered(stacking.Get(), geometry.Get(&depth), current);
+    const bool elsewhere = here != kAllDesktops && here != current;
+    return watch.mapped && !watch.obscured && !watch.screen_saver && !minimised && !elsewhere && !covered;
+}
+
+/// Waits for something to read on the second connection, and on GLUT's if asked, at most so many nanoseconds.
+/// Returns whether it was GLUT's.
+bool AwaitConnections(std::uint64_t nanoseconds, bool glut_too) {
+    Display* display = WindowConnection();
+    if (glut_too && display != nullptr && XPending(display) > 0) return true;
+    xcb_flush(watch.connection);
+    pollfd connections[] = {{xcb_get_file_descriptor(watch.connection), POLLIN, 0}, {-1, POLLIN, 0}};
+    if (glut_too && display != nullptr) connections[1].fd = ConnectionNumber(display);
+    const timespec wait = {static_cast<std::time_t>(nanoseconds / 1'000'000'000U),
+                           static_cast<long>(nanoseconds % 1'000'000'000U)};
+    ppoll(connections, std::size(connections), &wait, nullptr);
+    return connections[1].revents != 0;
+}
+
+}  // namespace
+
+bool IsWindowSeen() {
+    if (!Connect()) return true;
+    TakeEvents();
+    if (!watch.changed || watch.connection == nullptr) return watch.seen;
+    const std::uint64_t now = MonotonicNanoseconds();
+    if (now - watch.last_look < kBetweenLooksNanoseconds) return watch.seen;
+    watch.changed = false;
+    watch.last_look = now;
+    watch.seen = Look();
+    return watch.seen;
+}
+
+bool RequestRefresh() {
+    if (!Connect() || watch.present == 0) return false;
+    if (watch.awaiting) return true;
+    watch.awaiting = true;
+    xcb_present_notify_msc(watch.connection, watch.window, ++watch.serial, watch.refreshes + 1, 0, 0);
+    xcb_flush(watch.connection);
+    return true;
+}
+
+bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event) {
+    if (watch.connection == nullptr) return true;
+    const std::uint64_t start = RealNanoseconds();
+    for (;;) {
+        TakeEvents();
+        if (watch.connection == nullptr || !watch.awaiting) return true;
+        const std::uint64_t passed = RealNanoseconds() - start;
+        if (passed >= nanoseconds) return false;
+        if (AwaitConnections(nanoseconds - passed, until_event)) return true;
+    }
+}
+
+std::uint64_t RefreshPeriod() {
+    return watch.period;
+}
+
+void AwaitSight(std::uint64_t nanoseconds) {
+    if (watch.connection == nullptr) return AwaitWindowEvent(nanoseconds);
+    const bool awaiting = watch.awaiting;
+    const std::uint64_t start = RealNanoseconds();
+    for (;;) {
+        TakeEvents();
+        if (watch.connection == nullptr || (awaiting && !watch.awaiting)) return;
+        const std::uint64_t now = RealNanoseconds();
+        if (now - start >= nanoseconds) return;
+        if (watch.changed && now - watch.last_look >= kBetweenLooksNanoseconds) return;
+        AwaitConnections(nanoseconds - (now - start), false);
     }
 }

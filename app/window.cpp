@@ -5,10 +5,12 @@
 
 #include <GL/freeglut.h>
 
+#include <algorithm>
 #include <cstdarg>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "app/desktop.h"
 
@@ -16,41 +18,43 @@ WindowState window;
 
 namespace {
 
-/// How long after a frame a hidden window gets the next: ten a second. Far below the 0.25 seconds above which
-/// a frame advances no timer, and cheap enough to go unnoticed.
-constexpr std::uint64_t kHiddenFrameNanoseconds = 100'000'000;
+constexpr std::uint64_t kMillisecond = 1'000'000;
 
-/// Draws a frame that nobody sees: all its steps happen, but it touches no pixel, which is most of a frame's
-/// cost.
-void DrawHiddenFrame() {
-    window.drawing_hidden = true;
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(0, 0, 0, 0);
-    window.frame();
-    glDisable(GL_SCISSOR_TEST);
-    window.drawing_hidden = false;
+/// From one frame that nobody sees to the next: ten a second. Far below the 0.25 seconds above which a frame
+/// advances no timer, and cheap enough to go unnoticed.
+constexpr std::uint64_t kHiddenFrame = 100 * kMillisecond;
+
+/// A frame waits no longer than this for its refresh.
+constexpr std::uint64_t kLongestWait = 100 * kMillisecond;
+
+/// A swap that takes longer than this is not made again for kSlowSwapPause times as long. So swaps of any length cost
+/// less than a hundredth of the time that timers count.
+constexpr std::uint64_t kSlowSwap = 100 * kMillisecond;
+constexpr std::uint64_t kSlowSwapPause = 128;
+
+/// The owl is at rest this long after the user's last doing.
+constexpr std::uint64_t kRestAfter = 1000 * kMillisecond;
+
+/// How much of the mean a new frame's cost is.
+constexpr double kNewCostShare = 1.0 / 16;
+
+bool start_minimised = false;  ///< written by ReadOptions
+
+// ---- Start ----
+
+/// Ends the program after a line that says what is wrong with "-geometry".
+[[noreturn]] void RejectGeometry(const char* text) {
+    std::fprintf(stderr,
+                 "Ulmaro Assistant: \"%s\" non e' una posizione o una dimensione della finestra: "
+                 "scrivi per esempio -geometry 300x300+10+10.\n",
+                 text);
+    std::exit(EXIT_FAILURE);
 }
 
-/// GLUT's idle callback: waits for the next hidden frame's time and draws it, but only where GLUT itself
-/// draws none. An event ends the wait, because GLUT must handle it: it may be the one that shows the window.
-void DrawFrameIfHidden() {
-    const std::uint64_t now = MonotonicNanoseconds();
-    const std::uint64_t passed = now - window.last_frame;
-    if (window.presented) {
-        window.presented = false;
-        window.last_frame = now;
-    } else if (passed < kHiddenFrameNanoseconds) {
-        AwaitWindowEvent(kHiddenFrameNanoseconds - passed);
-    } else {
-        DrawHiddenFrame();
-    }
-}
-
-/// Tells the driver only when the answer changes.
-void ChooseSwapInterval(int refreshes) {
-    if (window.swap_interval == refreshes) return;
-    window.swap_interval = refreshes;
-    SetSwapInterval(refreshes);
+/// Returns the place and size in the form that GLUT takes: it needs a size, and takes whatever lies in memory for one
+/// that is not given.
+std::string WithSize(const char* geometry) {
+    return geometry[0] == '+' || geometry[0] == '-' ? "300x300" + std::string(geometry) : geometry;
 }
 
 /// GLUT's error callback: its own words are English.
@@ -60,13 +64,108 @@ void EndWithoutWindow(const char* format, std::va_list arguments) {
     std::fprintf(stderr,
                  "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL (%s).\n",
                  reason);
-    std::quick_exit(EXIT_FAILURE);
+    std::exit(EXIT_FAILURE);
+}
+
+/// GLUT's idle callback. It comes after every round of GLUT's loop; where that has drawn no frame, GLUT takes the window
+/// for hidden.
+void DrawFrameIfNoneCame() {
+    if (!window.drawn) {
+        window.glut_draws = false;
+        window.frame();
+        window.glut_draws = true;
+    }
+    window.drawn = false;
+}
+
+// ---- A frame ----
+
+/// Notes whether somebody may see the window. Where that has just begun, everything that kept frames hidden is
+/// forgotten.
+void UpdateSight() {
+    const bool seen = IsWindowSeen();
+    if (seen && !window.seen) {
+        window.refresh_late = false;
+        window.swap_again = 0;
+    }
+    window.seen = seen;
+}
+
+/// Returns whether the owl is at rest and a frame is so costly that it then need not be drawn at every refresh.
+bool MayRest() {
+    if (window.active || RefreshPeriod() == 0) return false;
+    return window.last_frame - window.last_activity > kRestAfter &&
+           window.frame_cost > static_cast<double>(RefreshPeriod()) / 3;
+}
+
+/// Waits for the refresh that was asked for. Returns whether the frame may be shown; otherwise the refresh is late.
+bool WaitForRefresh() {
+    if (!window.waits || !RequestRefresh()) return true;
+    bool came = AwaitRefresh(kLongestWait, false);
+    if (came && MayRest() && RequestRefresh()) came = AwaitRefresh(kLongestWait, true);
+    window.refresh_late = !came;
+    return came;
+}
+
+/// Tells the driver only when the answer changes: a swap waits by itself only where we do not.
+void ChooseSwapInterval() {
+    const int refreshes = window.waits && !RequestRefresh() ? 1 : 0;
+    if (window.swap_interval == refreshes) return;
+    window.swap_interval = refreshes;
+    SetSwapInterval(refreshes);
+}
+
+/// Shows the frame. A swap that takes too long, as it may do while nobody sees the window, is not made again soon.
+void Swap() {
+    ChooseSwapInterval();
+    const std::uint64_t start = MonotonicNanoseconds();
+    glutSwapBuffers();
+    const std::uint64_t end = MonotonicNanoseconds();
+    if (end - start > kSlowSwap) window.swap_again = end + kSlowSwapPause * (end - start);
+}
+
+void MeasureCost() {
+    const std::uint64_t processor = ProcessorNanoseconds();
+    const auto cost = static_cast<double>(processor - window.processor);
+    if (!window.hidden) window.frame_cost += kNewCostShare * (cost - window.frame_cost);
+    window.processor = processor;
+}
+
+/// Waits until the next frame that nobody sees is due, or somebody may see it.
+void WaitHidden() {
+    const std::uint64_t passed = MonotonicNanoseconds() - window.last_frame;
+    if (window.waits && passed < kHiddenFrame) AwaitSight(kHiddenFrame - passed);
 }
 
 }  // namespace
 
+// ---- Start ----
+
+void ReadOptions(int* argc, char** argv) {
+    static std::string geometry;  // GLUT keeps the pointer
+    int kept = 0;
+    for (int i = 0; i < *argc; ++i) {
+        if (i > 0 && std::strcmp(argv[i], "-iconic") == 0) {
+            start_minimised = true;
+            continue;
+        }
+        argv[kept++] = argv[i];
+        if (i == 0 || std::strcmp(argv[i], "-geometry") != 0) continue;
+        if (++i == *argc) RejectGeometry("");
+        geometry = WithSize(argv[i]);
+        if (!IsGeometry(geometry.c_str())) RejectGeometry(argv[i]);
+        argv[kept++] = geometry.data();
+    }
+    argv[kept] = nullptr;
+    *argc = kept;
+}
+
 void ExplainMissingWindow() {
     glutInitErrorFunc(EndWithoutWindow);
+}
+
+void MinimiseAtStart() {
+    if (start_minimised) MinimiseWindow();
 }
 
 void SetFrame(void (*frame)()) {
@@ -76,13 +175,49 @@ void SetFrame(void (*frame)()) {
 void WatchFrames() {
     if (window.watching) return;
     window.watching = true;
-    glutIdleFunc(DrawFrameIfHidden);
+    const char* mode = std::getenv("vblank_mode");
+    window.waits = mode == nullptr || std::strcmp(mode, "0") != 0;
+    glutIdleFunc(DrawFrameIfNoneCame);
+}
+
+// ---- A frame ----
+
+void BeginFrame() {
+    UpdateSight();
+    const std::uint64_t now = MonotonicNanoseconds();
+    if (window.active) {
+        window.last_activity = now;
+        window.swap_again = 0;
+    }
+    window.active = false;
+    if (window.refresh_late && AwaitRefresh(0, false)) window.refresh_late = false;
+    window.hidden = !window.glut_draws || !window.seen || window.refresh_late || now < window.swap_again;
+    if (window.hidden) {
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, 0, 0, 0);
+    } else if (window.waits) {
+        RequestRefresh();
+    }
+}
+
+bool IsFrameHidden() {
+    return window.hidden;
 }
 
 void PresentFrame() {
-    ChooseSwapInterval(window.drawing_hidden ? 0 : 1);
     glFlush();
     glFinish();
-    glutSwapBuffers();
-    window.presented = true;
+    if (window.hidden) {
+        glDisable(GL_SCISSOR_TEST);
+        WaitHidden();
+    } else if (WaitForRefresh()) {
+        Swap();
+    }
+    MeasureCost();
+    window.drawn = true;
+    window.last_frame = MonotonicNanoseconds();
+}
+
+void NoteActivity() {
+    window.active = true;
 }
