@@ -143,6 +143,46 @@ cd - >/dev/null
 [ "$(readlink "$folder/hat")" = "$home/other data/hat" ] || fail 'relative folders make dangling links'
 stop
 
+# Folders of the same names where CDPATH points to.
+mkdir -p "$home/trap"
+make_data "$home/trap/other data" hat
+cp "$ULMARO_PROGRAM" "$home/trap/the program"
+cd "$home"
+CDPATH=$home/trap ULMARO_DATA='other data' ULMARO_PROGRAM='the program' start
+cd - >/dev/null
+[ "$(readlink "$folder/hat")" = "$home/other data/hat" ] || fail 'CDPATH leads astray'
+stop
+make_data "$home/data with a newline"$'\n' hat
+ULMARO_DATA=$home/data\ with\ a\ newline$'\n' start
+[ "$(cat "$folder/hat"; echo .)" = "$home/data with a newline"$'\n\n.' ] || fail 'a newline at the end of a path is lost'
+stop
+
+# Whom the folders let in. The one that is there already stays as it is.
+mkdir -m 755 "$home/open"
+modes() { stat -c %a "$home/open" "$home/open/a" "$home/open/a/b" "$home/open/a/b/ulmaro-assistant" | tr '\n' ' '; }
+umask 022
+XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 700 ' ] || fail "folders above the data folder are open to others: $(modes)"
+stop
+# With setgid, which it may have from the folder above, it is as good, and on a foreign disk nobody could change it.
+chmod g+s "$home/open/a/b/ulmaro-assistant"
+mkdir "$home/no chmod"
+printf '#!/bin/sh\nexit 1\n' >"$home/no chmod/chmod"
+chmod +x "$home/no chmod/chmod"
+PATH=$home/no\ chmod:$PATH XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 2700 ' ] || fail "the modes have changed: $(modes)"
+stop
+chmod 2750 "$home/open/a/b/ulmaro-assistant"
+XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 2700 ' ] || fail "a folder with setgid is not private again: $(modes)"
+stop
+umask 477
+XDG_DATA_HOME=$home/open/tight start
+umask 022
+[ "$(stat -c %a "$home/open/tight")" = 300 ] || fail "the user's umask is not heard"
+stop
+chmod 700 "$home/open/tight"
+
 # The list decides what is linked.
 ULMARO_DATA=$home/two\ files
 make_data "$ULMARO_DATA" hat notify.wav
@@ -186,6 +226,10 @@ ULMARO_DATA=$home/data\ files
 # What cannot be.
 HOME='' expect_refusal 'no home' \
   "Ulmaro Assistant: non so dove tenere gli eventi, perche' HOME e' vuota."
+(cd "$home" && HOME=relative expect_refusal 'a relative home' \
+  "Ulmaro Assistant: non so dove tenere gli eventi, perche' HOME non comincia con una barra.")
+[ ! -e "$home/relative" ] || fail 'a folder is made in a relative home'
+ULMARO_PROGRAM=$home/none expect_refusal 'no program' 'Ulmaro Assistant: manca il programma.'
 ULMARO_DATA=$home/none expect_refusal 'no data' 'Ulmaro Assistant: manca la cartella dei dati.'
 touch "$home/file"
 XDG_DATA_HOME=$home/file expect_refusal 'no folder' \
