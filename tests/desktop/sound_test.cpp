@@ -216,7 +216,7 @@ TEST_F(TheSoundsEnd, ComesWithoutAWordWhenTheWindowIsClosedAndThereIsNoDevice) {
     program.Close();
 
     EXPECT_EQ(program.Child().WaitForEnd(10), 0);
-    EXPECT_EQ(program.Said().find("AL lib"), std::string::npos) << program.Said();
+    EXPECT_EQ(program.Said(), "");
 }
 
 }  // namespace

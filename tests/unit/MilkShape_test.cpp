@@ -466,6 +466,7 @@ TEST_F(MilkShapeTest, AMeshKeepsTheIndexOfAMaterialThatIsNotThere) {
             file.groups[1].material = -1 - material;
             const MilkshapeModel model = Loaded(file);
 
+            ASSERT_EQ(model.mesh_count, 2) << material;
             EXPECT_EQ(model.material_count, without_materials ? 0 : 2);
             EXPECT_EQ(model.meshes[0].material, material);
             EXPECT_EQ(model.meshes[1].material, -1 - material);
