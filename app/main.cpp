@@ -3,7 +3,6 @@
 
 // The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the
 // callbacks.
-#include <AL/alc.h>
 #include <GL/freeglut.h>
 
 #include <cstdlib>
@@ -11,6 +10,7 @@
 
 #include "app/input.h"
 #include "app/shell.h"
+#include "app/sound_device.h"
 #include "app/textures.h"
 #include "app/window.h"
 #include "engine/Sound.h"
@@ -29,9 +29,7 @@ int main(int argc, char** argv) {
     glutInitWindowSize(300, 300);
     glutInitWindowPosition((glutGet(GLUT_SCREEN_WIDTH) - 300) / 2, (glutGet(GLUT_SCREEN_HEIGHT) - 300) / 2);
 
-    ALCdevice* device = alcOpenDevice(nullptr);
-    ALCcontext* context = alcCreateContext(device, nullptr);
-    alcMakeContextCurrent(context);
+    OpenSoundDevice();
     AudioEngine.initialize();
 
     init();

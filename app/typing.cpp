@@ -73,7 +73,7 @@ void TypeCharacter(unsigned char character, int /*x*/, int /*y*/) {
 
 void DeliverTyping(bool field_has_focus) {
     if (!listening_to_typing) return;
-    reset_keys_state();  // what special keys have left there
+    ForgetSpecialKeys();
     QueuePress();
     if (!field_has_focus) DropCharacters();
     Stroke next;

@@ -4,18 +4,18 @@
 #include "app/shell.h"
 
 #include <GL/freeglut.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <sys/types.h>
 
 #include <algorithm>
-#include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include "engine/Sound.h"
@@ -31,25 +31,31 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-/// Runs a part of the program and returns whether a condition holds at the moment at which it opens that file
-/// to read it. The file is a pipe: who opens it waits for the other end, where a thread of the test asks for
-/// the condition first. False where the file is never opened.
-template <typename Run, typename Condition>
-bool HoldsWhenOpened(const char* file, Run run, Condition condition) {
-    EXPECT_EQ(mkfifo(file, S_IRUSR | S_IWUSR), 0);
-    std::atomic<bool> ended = false;
+/// A condition that is asked for when standard error says something of a file.
+struct Listener {
+    std::string file;
+    std::function<bool()> condition;
     bool holds = false;
-    std::thread other_end([&] {
-        const int pipe = open(file, O_WRONLY | O_CLOEXEC);
-        holds = !ended && condition();
-        close(pipe);
-    });
+};
+
+/// Takes a line of standard error.
+ssize_t Listen(void* listener, const char* line, std::size_t length) {
+    auto& to = *static_cast<Listener*>(listener);
+    if (std::string(line, length).find(to.file) != std::string::npos) to.holds = to.condition();
+    return static_cast<ssize_t>(length);
+}
+
+/// Runs a part of the program and returns whether a condition holds at the moment at which it tells that it
+/// cannot read that effect. False where it never tells.
+bool HoldsWhenMissed(const std::string& effect, const std::function<void()>& run,
+                     const std::function<bool()>& condition) {
+    Listener listener = {effect, condition};
+    std::FILE* before =
+        std::exchange(stderr, fopencookie(&listener, "w", {nullptr, Listen, nullptr, nullptr}));
+    std::setvbuf(stderr, nullptr, _IOLBF, BUFSIZ);
     run();
-    ended = true;
-    const int release = open(file, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // lets a thread go that still waits
-    other_end.join();
-    close(release);
-    return holds;
+    std::fclose(std::exchange(stderr, before));
+    return listener.holds;
 }
 
 // ---- main ----
@@ -224,7 +230,7 @@ TEST_F(MainTest, LoadsTheEventsBeforeItRegistersACallback) {
 TEST_F(MainTest, PreparesTheSoundTableBeforeTheAssets) {
     AudioEngine.initialized = false;
 
-    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", RunMain, [] { return AudioEngine.initialized; }));
+    EXPECT_TRUE(HoldsWhenMissed("sleep.zfx", RunMain, [] { return AudioEngine.initialized; }));
 }
 
 TEST_F(MainTest, StartsWithoutASoundDevice) {
@@ -372,14 +378,14 @@ TEST_F(InitTest, LetsTheEffectsBeWatchedFromTheCamera) {
 TEST_F(InitTest, SaysWhereTheEffectsAreWatchedFromBeforeItLoadsThem) {
     ZFX::SetWatcher(nullptr, nullptr, nullptr);
 
-    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", init, [] { return ZFX::watcher_x == &cam.x; }));
+    EXPECT_TRUE(HoldsWhenMissed("sleep.zfx", init, [] { return ZFX::watcher_x == &cam.x; }));
 }
 
 TEST_F(InitTest, FillsTheBankOfQuestionsAndTheListOfEventsAfterTheEffects) {
     PictureFolder::WriteBytes("database.bin", {2, 0, 0, 0});
     questions.clear();
 
-    EXPECT_TRUE(HoldsWhenOpened("smoke.zfx", init, [] { return questions.empty() && events.empty(); }));
+    EXPECT_TRUE(HoldsWhenMissed("smoke.zfx", init, [] { return questions.empty() && events.empty(); }));
 
     EXPECT_EQ(questions.size(), 108U);
     EXPECT_EQ(events.size(), 2U);
