@@ -481,6 +481,7 @@ TEST_F(MilkShapeTest, TheIndexOfAMaterialIsAByteWithASign) {
     EXPECT_EQ(Loaded(file).meshes[0].material, 127);
 
     file.groups[0].material = 128;
+    ASSERT_TRUE(Loads(file));
     EXPECT_EQ(Loaded(file).meshes[0].material, -128);
 }
 
