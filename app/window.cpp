@@ -60,7 +60,7 @@ void EndWithoutWindow(const char* format, std::va_list arguments) {
     std::fprintf(stderr,
                  "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL (%s).\n",
                  reason);
-    std::quick_exit(EXIT_FAILURE);
+    std::exit(EXIT_FAILURE);
 }
 
 }  // namespace
