@@ -70,7 +70,7 @@ struct Failure {
 /// Whether and when a save is to be tried again. Written by LoadEvents(), SaveEvents() and RetrySave().
 struct Retry {
     bool unsaved = false;
-    bool timed = false;       ///< `since` is known: RetrySave() was told the time since the last failure
+    bool timed = false;       ///< `since` is known; SaveEvents() is not told the time
     std::uint64_t since = 0;  ///< when the pause began, in nanoseconds
     std::uint64_t pause = kFirstPause;
     Failure told;  ///< why the last save failed
@@ -349,7 +349,7 @@ void RetrySave(std::uint64_t now) {
         retry.since = now;
     }
     if (now - retry.since < retry.pause) return;
-    retry.timed = false;
+    retry.since = now;
     retry.pause = std::min(2 * retry.pause, kLongestPause);
     Save();
 }

@@ -153,6 +153,7 @@ TEST_F(ReplaceFileTest, ALinkOfAnotherUserIsNotFollowedAlsoNotOnTheWay) {
     EXPECT_EQ(Replace("through", "new"), foreign);
     EXPECT_EQ(ReadFile("folder/file"), "old");
 
+    ASSERT_EQ(chmod(".", 0755), 0);
     const NotRoot nobody;  // to whom they belong, while "through" is root's
     ASSERT_TRUE(nobody.Works());
     std::string destination;
