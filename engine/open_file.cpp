@@ -21,7 +21,8 @@ int OpenFile::Open(const std::string& path, int flags, mode_t mode) {
 int OpenFile::Close() {
     const int descriptor = std::exchange(descriptor_, -1);
     if (descriptor < 0) return 0;
-    return close(descriptor) == 0 ? 0 : errno;  // never repeated: the descriptor is free even after an error
+    if (close(descriptor) == 0) return 0;
+    return errno == EINTR ? 0 : errno;  // never repeated: the descriptor is free even after an error
 }
 
 int OpenFile::Status(struct stat& status) const {

@@ -24,8 +24,8 @@ bool watching = false;
 bool full = false;
 bool replaced = false;  ///< a rename has been done
 int calls = 0;
-const char* spoilt = "none";
-bool inside = false;  ///< this library is at work, whose memory is not spoilt
+std::string spoilt = "none";  ///< what SpoiltCall() returns
+bool inside = false;          ///< this library is at work, whose memory is not spoilt
 int allocations = 0;
 int spoilt_allocation = 0;  ///< the number of the one that fails; 0 for none
 std::string made;           ///< what CallsMade() returns
@@ -52,6 +52,11 @@ ino_t InodeOf(int file) {
 ino_t InodeOf(const char* path) {
     struct stat status {};
     return Next<decltype(&lstat)>("lstat")(path, &status) == 0 ? status.st_ino : 0;
+}
+
+bool IsFolder(int file) {
+    struct stat status {};
+    return Next<decltype(&fstat)>("fstat")(file, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 /// Does what another program might do: puts half a file in the new file's place.
@@ -84,9 +89,9 @@ std::string SpoiltWay(const char* name, const File& file) {
     ++calls;
     made += std::string(name) + " " + std::to_string(InodeOf(file)) + "\n";
     const std::string wanted = Variable("ULMARO_SPOIL_CALL");
-    const bool first_of_name = wanted == name && spoilt == std::string("none");
+    const bool first_of_name = wanted == name && spoilt == "none";
     if (wanted != std::to_string(calls) && !first_of_name) return "";
-    spoilt = replaced ? "late" : name;
+    spoilt = replaced ? std::string("late ") + name : name;
     return Variable("ULMARO_SPOIL_WAY");
 }
 
@@ -163,7 +168,7 @@ void operator delete(void* memory, std::size_t) noexcept {
 }
 
 const char* SpoiltCall() {
-    return spoilt;
+    return spoilt.c_str();
 }
 
 const char* CallsMade() {
@@ -210,6 +215,11 @@ int close(int file) {
 }
 
 int fsync(int file) {
+    if (watching && !Variable("ULMARO_NO_FOLDER_FLUSH").empty() && IsFolder(file)) {
+        SpoiltWay("no flush", file);
+        errno = EINVAL;
+        return -1;
+    }
     return Spoil<int>("fsync", file, [&] { return Next<decltype(&fsync)>("fsync")(file); });
 }
 

@@ -21,7 +21,7 @@
 // Where ULMARO_SPOIL_MEMORY has a number from 1, the allocation of that number throws std::bad_alloc.
 //
 // Where ULMARO_NO_LINKS is set, every hard link fails: the file system has none. Where ULMARO_NO_LOCKS is
-// set, every lock fails.
+// set, every lock fails. Where ULMARO_NO_FOLDER_FLUSH is set, so does every flush of a folder.
 #pragma once
 
 /// Starts to count.
@@ -33,7 +33,8 @@ int ReleaseCalls();
 /// Returns how many allocations there were.
 int AllocationsMade();
 
-/// Returns the name of the call that was spoilt; "none" where none was, "late" where it came after a rename.
+/// Returns the name of the call that was spoilt; "none" where none was. "late " precedes the name
+/// where it came after a rename.
 const char* SpoiltCall();
 
 /// Returns the calls that were counted, one a line: the name, a space and the inode number of the file that
