@@ -38,14 +38,14 @@ constexpr float kCountY = kBellY - 39;  ///< its lower edge
 // ---- The pass ----
 
 /// Counts an event as due. The last one counted is the one that the button opens.
-void CountDue(Event& event) {
+void CountDue(ListedEvent& event) {
     new_notify = true;
     edit_event = &event;
     ++n_notify;
 }
 
 void CountReminders() {
-    std::for_each(events.rbegin(), events.rend(), [](Event& event) {
+    std::for_each(events.rbegin(), events.rend(), [](ListedEvent& event) {
         CountReminder(event, global_time);
         if (IsReminderDue(event)) CountDue(event);
     });
@@ -54,7 +54,7 @@ void CountReminders() {
 /// Counts appointments and weekly events, and arms weekly ones again. Returns whether one was.
 bool CountDatedEvents() {
     bool rearmed = false;
-    std::for_each(events.rbegin(), events.rend(), [&](Event& event) {
+    std::for_each(events.rbegin(), events.rend(), [&](ListedEvent& event) {
         if (IsDatedEventDue(event, frame_time)) CountDue(event);
         if (Rearm(event, frame_time)) rearmed = true;
     });

@@ -12,8 +12,8 @@
 #include "engine/date_key.h"
 #include "engine/local_time.h"
 
-std::list<Event> events;
-Event* edit_event = nullptr;
+std::list<ListedEvent> events;
+ListedEvent* edit_event = nullptr;
 
 namespace {
 
@@ -48,7 +48,7 @@ double OrderStamp(const Event& event, int today) {
 /// sort_by_date calls each of two reminders the first, so a sort swaps them every time although their order
 /// is as good as the other. So it is not asked: an order is accepted when the stamps never fall, with those
 /// of reminders lower than any other.
-bool IsAccepted(const std::list<Event>& list) {
+bool IsAccepted(const std::list<ListedEvent>& list) {
     constexpr double kFirst = -std::numeric_limits<double>::infinity();
     const int today = LocalTime().tm_wday;
     double previous = kFirst;

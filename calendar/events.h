@@ -50,11 +50,19 @@ struct Event {
 
 static_assert(sizeof(Event) == 572, "the store's records have 572 bytes");
 
+/// An event in the list: the record, which alone is stored, and what is known of it besides.
+struct ListedEvent : Event {
+    ListedEvent() = default;
+    ListedEvent(const Event& event) : Event(event) {}
+
+    double lost = 0;  ///< what the float `elapsed` lacks of the exact sum (engine/compensated_sum.h), seconds
+};
+
 /// All events in the order of the screen. Written by the store, the editor and the sorting.
-extern std::list<Event> events;
+extern std::list<ListedEvent> events;
 
 /// The event that the editor shows and the notification button opens, an element of `events` or null.
-extern Event* edit_event;
+extern ListedEvent* edit_event;
 
 /// Returns the short Italian name of a weekday, 0 = Sunday .. 6 = Saturday; any other number gives an empty
 /// text. The text stands in one buffer that the next call overwrites.

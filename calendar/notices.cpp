@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "engine/compensated_sum.h"
 #include "engine/date_key.h"
 
 namespace {
@@ -26,6 +27,11 @@ constexpr bool LongestIsInclusive() {
 }
 
 static_assert(LongestIsInclusive(), "at start every reminder is due");
+
+void SetElapsed(ListedEvent& event, float seconds) {
+    event.elapsed = seconds;
+    event.lost = 0;
+}
 
 }  // namespace
 
@@ -60,16 +66,16 @@ bool IsDatedEventDue(const Event& event, const std::tm& now) {
            });
 }
 
-void StartReminder(Event& event) {
-    if (event.kind == kReminder) event.elapsed = LongestPeriod();
+void StartReminder(ListedEvent& event) {
+    if (event.kind == kReminder) SetElapsed(event, LongestPeriod());
 }
 
-void CountReminder(Event& event, float seconds) {
-    if (event.kind == kReminder) event.elapsed += seconds;
+void CountReminder(ListedEvent& event, float seconds) {
+    if (event.kind == kReminder) AddCompensated(event.elapsed, event.lost, seconds);
 }
 
-void ConfirmReminder(Event& event) {
-    event.elapsed = 0;
+void ConfirmReminder(ListedEvent& event) {
+    SetElapsed(event, 0);
 }
 
 void MarkTold(Event& event, double minutes) {

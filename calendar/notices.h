@@ -79,13 +79,14 @@ bool IsDatedEventDue(const Event& event, const std::tm& now);
 // ---- What happens to an event ----
 
 /// Makes a reminder due at once; leaves other kinds alone.
-void StartReminder(Event& event);
+void StartReminder(ListedEvent& event);
 
-/// Lets a reminder have waited `seconds` longer; leaves other kinds alone.
-void CountReminder(Event& event, float seconds);
+/// Lets a reminder have waited `seconds` longer; leaves other kinds alone. However short the frames and long
+/// the wait, `elapsed` is the nearest float of their sum.
+void CountReminder(ListedEvent& event, float seconds);
 
 /// Lets a reminder's period begin anew, whatever the kind.
-void ConfirmReminder(Event& event);
+void ConfirmReminder(ListedEvent& event);
 
 /// Marks what the user has been told by seeing the event so many minutes before its time.
 void MarkTold(Event& event, double minutes);

@@ -139,7 +139,7 @@ void LoadEvents() {
     edit_event = nullptr;
     damaged = !ReadStore();
     ReturnFreedMemory();
-    for (Event& event : events) StartReminder(event);
+    for (ListedEvent& event : events) StartReminder(event);
 }
 
 bool SaveEvents() {

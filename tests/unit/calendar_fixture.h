@@ -100,7 +100,7 @@ inline Event MakeReminder(const std::string& name, int repeat, float elapsed) {
 }
 
 /// Returns the names of events, in order.
-inline std::vector<std::string> NamesOf(const std::list<Event>& list) {
+inline std::vector<std::string> NamesOf(const std::list<ListedEvent>& list) {
     std::vector<std::string> names;
     for (const Event& event : list) names.push_back(NameOf(event));
     return names;
@@ -192,15 +192,15 @@ class CalendarTest : public AppTest {
         frame_time = LocalTime();
     }
 
-    static Event& Add(const Event& event) { return events.emplace_back(event); }
-    static Event& AddAppointment(const std::string& name, int day, int month, int year, int hour,
-                                 int minute) {
+    static ListedEvent& Add(const Event& event) { return events.emplace_back(event); }
+    static ListedEvent& AddAppointment(const std::string& name, int day, int month, int year, int hour,
+                                       int minute) {
         return Add(MakeAppointment(name, day, month, year, hour, minute));
     }
-    static Event& AddWeekly(const std::string& name, int wday, int hour, int minute) {
+    static ListedEvent& AddWeekly(const std::string& name, int wday, int hour, int minute) {
         return Add(MakeWeekly(name, wday, hour, minute));
     }
-    static Event& AddReminder(const std::string& name, int repeat, float elapsed) {
+    static ListedEvent& AddReminder(const std::string& name, int repeat, float elapsed) {
         return Add(MakeReminder(name, repeat, elapsed));
     }
 

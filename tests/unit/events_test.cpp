@@ -124,6 +124,13 @@ TEST_F(EventsTest, AFreshEventTakesTheTimeOfItsMakingAndNotTheFrames) {
 
 // ---- The record's layout ----
 
+TEST(EventLayoutTest, AnEventInTheListBeginsWithItsRecord) {
+    const ListedEvent event = Event();
+
+    EXPECT_EQ(static_cast<const void*>(static_cast<const Event*>(&event)), static_cast<const void*>(&event));
+    EXPECT_EQ(event.lost, 0);
+}
+
 TEST(EventLayoutTest, HasItsFieldsAtTheirPlacesInTheFile) {
     EXPECT_EQ(sizeof(Event), 572U);
     EXPECT_EQ(offsetof(Event, name), 0U);
