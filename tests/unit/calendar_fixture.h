@@ -21,6 +21,7 @@
 #include <iterator>
 #include <list>
 #include <ostream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -172,6 +173,24 @@ inline std::vector<Event> EventsOfExtremes() {
         }
     }
     return extremes;
+}
+
+/// Returns an event whose numbers are chosen at random from few, so that many are equal: of any kind, known
+/// or not, around 16 May 2012.
+inline Event RandomEvent(std::mt19937& random, const std::string& name) {
+    const auto choose = [&](int lowest, int highest) {
+        return std::uniform_int_distribution<int>(lowest, highest)(random);
+    };
+    Event event = MakeAppointment(name, choose(14, 18), choose(5, 6), choose(2012, 2013), choose(9, 11),
+                                  15 * choose(0, 3));
+    event.kind = choose(-1, 4);
+    event.wday = choose(-1, 7);
+    event.repeat = choose(-1, 3);
+    event.elapsed = static_cast<float>(3600 * choose(0, 3));
+    event.warned_60 = static_cast<std::uint8_t>(choose(0, 1));
+    event.warned_30 = static_cast<std::uint8_t>(choose(0, 1));
+    event.done = static_cast<std::uint8_t>(choose(0, 1));
+    return event;
 }
 
 class CalendarTest : public AppTest {
