@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     ExplainMissingWindow();
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
-    glutCreateWindow("Ulmaro Assistant");
+    glutCreateWindow(kWindowTitle);
     SetWindowClassAndIcon();
     std::srand(static_cast<unsigned int>(std::time(nullptr)));
 

@@ -15,6 +15,7 @@
 #include "app/state.h"
 #include "app/textures.h"
 #include "engine/canvas.h"
+#include "engine/compensated_sum.h"
 #include "engine/random.h"
 #include "engine/screen.h"
 #include "engine/window_metrics.h"
@@ -102,14 +103,19 @@ vector3f EyeOffset(const vector3f& pointer, const vector3f& eye, float bob) {
     return offset * kFarOffset;
 }
 
+void RestartOfferTimer() {
+    character.sqt = 0;
+    character.sqt_lost = 0;
+}
+
 /// Offers a quiz now and then. Asleep the timer goes on, and the offer comes with the waking.
 void TickOffer() {
-    character.sqt += global_time;
-    if (spawn_question) character.sqt = 0;
+    AddCompensated(character.sqt, character.sqt_lost, global_time);
+    if (spawn_question) RestartOfferTimer();
     if (character.sqt <= character.next_sq || anim == kSleeping) return;
     character.next_sq = ChooseDelay(kOfferDelay);
     spawn_question = true;
-    character.sqt = 0;
+    RestartOfferTimer();
 }
 
 void Blink() {

@@ -94,6 +94,13 @@ void AdvanceClock() {
     if (global_time > kLongestFrameSeconds) global_time = 0;
 }
 
+/// Tries again to save what a save that failed has left, and shows by the window's title that something is
+/// unsaved.
+void KeepSaving() {
+    if (EventsAreUnsaved()) RetrySave(MonotonicNanoseconds());
+    ShowUnsaved(EventsAreUnsaved());
+}
+
 }  // namespace
 
 void init() {
@@ -120,6 +127,7 @@ void display() {
     PresentFrame();
     AdvanceClock();
     ResetFrameInput();
+    KeepSaving();
     glutPostRedisplay();
 }
 

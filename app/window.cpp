@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "app/desktop.h"
 
@@ -85,4 +86,10 @@ void PresentFrame() {
     glFinish();
     glutSwapBuffers();
     window.presented = true;
+}
+
+void ShowUnsaved(bool unsaved) {
+    if (window.unsaved == unsaved) return;
+    window.unsaved = unsaved;
+    glutSetWindowTitle((unsaved ? "*" + std::string(kWindowTitle) : kWindowTitle).c_str());
 }

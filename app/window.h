@@ -17,6 +17,9 @@
 
 #include <cstdint>
 
+/// The window's title.
+constexpr char kWindowTitle[] = "Ulmaro Assistant";
+
 /// What the window layer remembers from frame to frame.
 struct WindowState {
     void (*frame)() = nullptr;     ///< the display callback; set by SetFrame
@@ -25,6 +28,7 @@ struct WindowState {
     std::uint64_t last_frame = 0;  ///< when GLUT was last idle after a frame, monotonic clock, nanoseconds
     bool drawing_hidden = false;   ///< the frame being drawn is one of a hidden window
     int swap_interval = -1;        ///< what the driver was last told; -1 before the first frame
+    bool unsaved = false;          ///< the title says that something is unsaved; written by ShowUnsaved
 };
 
 /// Written by the functions below; tests set it.
@@ -44,3 +48,6 @@ void WatchFrames();
 /// Ends a frame: flushes, waits until it is drawn, swaps. A shown window swaps at the screen's refresh; a
 /// hidden one does not wait for it.
 void PresentFrame();
+
+/// Shows by an asterisk in the window's title whether something is unsaved, as editors do.
+void ShowUnsaved(bool unsaved);

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // How long the program takes to its first frame and how much memory it holds, compared with a bare GLUT
-// program that uploads as many bytes of pictures (bare_window.cpp).
+// program that uploads as many bytes of pictures (bare_window.cpp); and how long with 100,000 events of
+// random dates, compared with none.
 //
 // Start: from the fork to the first swap of buffers, where a preloaded library ends the process; pairs take
 // turns. Memory: the resident set of both after a second in their windows. Prints a line each; exits with 1
@@ -16,9 +17,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/event_mix.h"
 #include "bench/turns.h"
 #include "tests/desktop/desktop.h"
 
@@ -29,6 +32,8 @@ using desktop::Process;
 using desktop::Program;
 
 constexpr double kStartLimit = 1.15;
+constexpr int kEvents = 100'000;
+constexpr double kEventsLimit = 1.6;
 constexpr double kMemoryLimit = 1.10;
 constexpr int kMemoryPairs = 3;
 constexpr double kSettleSeconds = 1;
@@ -88,6 +93,27 @@ bool CompareStarts(const Desktop& desk, int pairs) {
     return series.Print("start to the first frame : bare window", kStartLimit);
 }
 
+/// Returns how long the program takes to its first frame in a folder, milliseconds.
+double StartIn(const desktop::Folder& folder) {
+    std::filesystem::current_path(folder.Path());
+    return StartMilliseconds({ULMARO_PROGRAM});
+}
+
+bool CompareStartsWithEvents(const Desktop& desk, int pairs) {
+    const desktop::Folder many, none;
+    for (const desktop::Folder* folder : {&many, &none}) folder->LinkAll(ULMARO_DATA);
+    std::ofstream(many.Path("database.bin"), std::ios::binary) << bench::RandomStore(kEvents);
+    setenv("DISPLAY", desk.Name().c_str(), 1);
+    bench::Series series;
+    for (int i = -1; i < pairs; ++i) {
+        const double with_events = StartIn(many);
+        const double without = StartIn(none);
+        if (i >= 0) series.Add(with_events, without);  // the first pair warms up
+    }
+    std::filesystem::current_path("/");
+    return series.Print("start to the first frame, 100,000 random events : none", kEventsLimit);
+}
+
 // ---- Memory ----
 
 double OwlMebibytes(Desktop& desk) {
@@ -120,7 +146,8 @@ bool CompareMemory(Desktop& desk) {
 
 bool Compare(int pairs) {
     Desktop desk;
-    const bool good = CompareStarts(desk, pairs);
+    bool good = CompareStarts(desk, pairs);
+    good &= CompareStartsWithEvents(desk, pairs);
     return CompareMemory(desk) && good;
 }
 

@@ -10,7 +10,9 @@
 
 File OpenRegularFile(const char* path) {
     OpenFile file;
-    if (file.Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY) != 0 || file.Length() < 0) return nullptr;
+    struct stat status {};
+    if (file.Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY) != 0) return nullptr;
+    if (file.Status(status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
     const int descriptor = fcntl(file.Descriptor(), F_DUPFD_CLOEXEC, 0);
     if (descriptor < 0) return nullptr;
     File stream(fdopen(descriptor, "rb"));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/shell.h"
+#include "calendar/store.h"
 
 #include <GL/freeglut.h>
 #include <sys/types.h>
@@ -10,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
@@ -761,6 +763,68 @@ TEST_F(GlobalTimeTest, ReadsTheClockOnce) {
     GetGlobalTime(dt);
 
     EXPECT_EQ(fakes::desktop().clock_calls, 1);
+}
+
+// ---- What is unsaved ----
+
+/// A store that cannot be saved, because a folder has its name, until Mend().
+class UnsavedTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        LoadEvents();  // of an empty folder
+        std::filesystem::create_directory("database.bin");
+        testing::internal::CaptureStderr();
+        SaveEvents();
+        fakes::ClearLog();
+    }
+    void TearDown() override {
+        testing::internal::GetCapturedStderr();
+        Mend();
+        SaveEvents();  // nothing is unsaved in the next test
+    }
+
+    static void Mend() { std::filesystem::remove("database.bin"); }
+
+    /// Draws a frame so many seconds after the last.
+    static void FrameAfter(double seconds) {
+        fakes::desktop().nanoseconds += static_cast<std::uint64_t>(seconds * 1e9);
+        display();
+    }
+
+    static Calls Titles() { return fakes::Lines({"glutSetWindowTitle"}); }
+};
+
+TEST_F(UnsavedTest, TheTitleHasAnAsteriskFromTheNextFrameOn) {
+    FrameAfter(0.02);
+    FrameAfter(0.02);
+
+    EXPECT_EQ(Titles(), (Calls{"glutSetWindowTitle(\"*Ulmaro Assistant\")"}));
+}
+
+TEST_F(UnsavedTest, TheSaveIsTriedAgainASecondLaterAndTheTitleIsAsBefore) {
+    FrameAfter(0.02);
+    Mend();
+    FrameAfter(0.9);
+    EXPECT_FALSE(std::filesystem::exists("database.bin"));
+
+    FrameAfter(0.2);
+
+    EXPECT_TRUE(std::filesystem::is_regular_file("database.bin"));
+    EXPECT_EQ(Titles(), (Calls{"glutSetWindowTitle(\"*Ulmaro Assistant\")",
+                               "glutSetWindowTitle(\"Ulmaro Assistant\")"}));
+}
+
+TEST_F(UnsavedTest, TheTitleStaysAsLongAsTheSaveFails) {
+    for (int second = 0; second < 200; ++second) FrameAfter(1);
+
+    EXPECT_EQ(Titles().size(), 1U);
+}
+
+TEST_F(DisplayTest, WithoutAFailedSaveTheTitleIsLeftAlone) {
+    display();
+
+    EXPECT_EQ(fakes::Count("glutSetWindowTitle"), 0U);
 }
 
 }  // namespace
