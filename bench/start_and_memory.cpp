@@ -10,10 +10,6 @@
 // where a limit is missed.
 //
 // usage: start_and_memory [PAIRS]
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -22,6 +18,7 @@
 #include <vector>
 
 #include "bench/event_mix.h"
+#include "bench/first_frame.h"
 #include "bench/turns.h"
 #include "tests/desktop/desktop.h"
 
@@ -57,24 +54,6 @@ std::vector<std::string> BareWindow() {
 
 // ---- Start ----
 
-/// Returns how long a program takes to its first frame, milliseconds. It runs in the current folder.
-double StartMilliseconds(const std::vector<std::string>& words) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    const double start = desktop::Now();
-    pid_t child = 0;
-    setenv("LD_PRELOAD", ULMARO_EXIT_AT_FIRST_SWAP, 1);
-    const int error = posix_spawn(&child, arguments[0], nullptr, nullptr, arguments.data(), environ);
-    unsetenv("LD_PRELOAD");
-    int status = 0;
-    if (error != 0 || waitpid(child, &status, 0) != child || status != 0) {
-        desktop::Fail(words[0] + " does not come to its first frame");
-    }
-    return 1000 * (desktop::Now() - start);
-}
-
 bool CompareStarts(const Desktop& desk, int pairs) {
     const std::vector<std::string> bare = BareWindow();
     const std::vector<std::string> ours = {ULMARO_PROGRAM};
@@ -82,12 +61,12 @@ bool CompareStarts(const Desktop& desk, int pairs) {
     folder.LinkAll(ULMARO_DATA);
     std::filesystem::current_path(folder.Path());
     setenv("DISPLAY", desk.Name().c_str(), 1);
-    StartMilliseconds(ours);
-    StartMilliseconds(bare);
+    bench::FirstFrameMilliseconds(ours);
+    bench::FirstFrameMilliseconds(bare);
     bench::Series series;
     for (int i = 0; i < pairs; ++i) {
-        const double owl = StartMilliseconds(ours);
-        series.Add(owl, StartMilliseconds(bare));
+        const double owl = bench::FirstFrameMilliseconds(ours);
+        series.Add(owl, bench::FirstFrameMilliseconds(bare));
     }
     std::filesystem::current_path("/");
     return series.Print("start to the first frame : bare window", kStartLimit);
@@ -96,7 +75,7 @@ bool CompareStarts(const Desktop& desk, int pairs) {
 /// Returns how long the program takes to its first frame in a folder, milliseconds.
 double StartIn(const desktop::Folder& folder) {
     std::filesystem::current_path(folder.Path());
-    return StartMilliseconds({ULMARO_PROGRAM});
+    return bench::FirstFrameMilliseconds({ULMARO_PROGRAM});
 }
 
 bool CompareStartsWithEvents(const Desktop& desk, int pairs) {
