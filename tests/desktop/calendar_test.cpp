@@ -667,8 +667,9 @@ TEST_F(TheCalendar, ShowsByItsTitleWhatIsUnsavedAndSavesItByItself) {
     EXPECT_TRUE(WaitUntil([&] { return desk.FindWindow("*Ulmaro Assistant") != None; }, 5));
 
     std::filesystem::remove(store);
+    program().LetTimePass(1.5);
 
-    EXPECT_TRUE(WaitUntil([&] { return desk.FindWindow(Program::kTitle) != None; }, 10));
+    EXPECT_TRUE(WaitUntil([&] { return desk.FindWindow(Program::kTitle) != None; }, 5));
     EXPECT_TRUE(Stores({Fresh()}));
     EXPECT_EQ(program().Said(),
               "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": al suo posto c'e' una "
