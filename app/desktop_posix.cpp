@@ -40,7 +40,11 @@ std::uint64_t ProcessorNanoseconds() {
 void OpenWebAddress(const char* address) {
     // The browser inherits nothing of ours: neither the window's connection nor a lock that we hold.
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
-    // In the background, because a browser that stays in the foreground must not freeze the owl.
-    const std::string command = "xdg-open " + ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
+    // In a session of its own, so that neither a terminal that is closed nor a signal to the owl's process
+    // group ends the browser; without setsid (util-linux) it opens all the same. In the background, because a
+    // browser that stays in the foreground must not freeze the owl.
+    const std::string command =
+        "session=; command -v setsid >/dev/null && session=setsid; $session xdg-open " +
+        ShellQuoted(address) + " </dev/null >/dev/null 2>&1 &";
     [[maybe_unused]] const int status = std::system(command.c_str());  // no browser: nothing is shown
 }

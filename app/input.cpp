@@ -6,6 +6,7 @@
 #include <GL/freeglut.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 #include "app/stroke_queue.h"
@@ -22,32 +23,42 @@ namespace {
 
 bool invio_pressed = false;
 
+/// The keys that keyboard_down() has set and nothing else; written by it, keyboard_up() and
+/// reset_keys_state().
+bool special_keys[std::size(key_state)] = {};
+
 constexpr unsigned char kEnter = 13;
 
-void SetKey(int key, bool pressed) {
-    if (key < 0 || key >= static_cast<int>(std::size(key_state))) return;
-    key_state[key] = pressed;
+bool IsKey(int key) {
+    return 0 <= key && key < static_cast<int>(std::size(key_state));
 }
 
 }  // namespace
 
 void mouse(int x, int y) {
+    NoteActivity();
     touch_coord_x = static_cast<float>(x);
     touch_coord_y = static_cast<float>(y);
 }
 
 void mouse_event(int button, int state, int /*x*/, int /*y*/) {
+    NoteActivity();
     if (button != GLUT_LEFT_BUTTON) return;
     single_touch = touch_event = state == GLUT_DOWN;
     if (single_touch) MarkPress();
 }
 
 void keyboard_down(int key, int /*x*/, int /*y*/) {
-    SetKey(key, true);
+    NoteActivity();
+    if (!IsKey(key)) return;
+    if (!key_state[key]) special_keys[key] = true;
+    key_state[key] = true;
 }
 
 void keyboard_up(int key, int /*x*/, int /*y*/) {
-    SetKey(key, false);
+    if (!IsKey(key)) return;
+    special_keys[key] = false;
+    key_state[key] = false;
 }
 
 void keyboard(unsigned char key, int /*x*/, int /*y*/) {
@@ -56,6 +67,14 @@ void keyboard(unsigned char key, int /*x*/, int /*y*/) {
 
 void reset_keys_state() {
     std::fill(std::begin(key_state), std::end(key_state), false);
+    std::fill(std::begin(special_keys), std::end(special_keys), false);
+}
+
+void ForgetSpecialKeys() {
+    for (std::size_t key = 0; key < std::size(key_state); ++key) {
+        if (special_keys[key]) key_state[key] = false;
+    }
+    std::fill(std::begin(special_keys), std::end(special_keys), false);
 }
 
 void ResetFrameInput() {

@@ -23,7 +23,8 @@
 /// The left button as mouse_event() last saw it. Nothing reads it.
 extern bool touch_event;
 
-/// Keys pressed since the last frame, indexed by GLUT's special-key code. Cleared by the frame's end.
+/// Keys pressed since the last frame, by their code: special keys by GLUT's, characters by their own. Cleared
+/// by the frame's end.
 extern bool key_state[256];
 
 /// Writes down the pointer's place: the GLUT callback for motion with and without a button, in window pixels.
@@ -45,6 +46,10 @@ void keyboard(unsigned char key, int x, int y);
 
 /// Clears all of key_state.
 void reset_keys_state();
+
+/// Clears those keys of key_state that keyboard_down() alone has set. One that was set already when its
+/// special key was pressed stays.
+void ForgetSpecialKeys();
 
 /// Clears what lasts one frame: the click, Enter and the keys.
 void ResetFrameInput();

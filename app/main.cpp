@@ -3,7 +3,6 @@
 
 // The program's entry: window, sound, assets and callbacks, in this order. Everything else happens in the
 // callbacks.
-#include <AL/alc.h>
 #include <GL/freeglut.h>
 
 #include <cstdlib>
@@ -11,6 +10,7 @@
 
 #include "app/input.h"
 #include "app/shell.h"
+#include "app/sound_device.h"
 #include "app/textures.h"
 #include "app/window.h"
 #include "engine/Sound.h"
@@ -19,19 +19,19 @@
 int main(int argc, char** argv) {
     ReturnFreedMemory();
     ExplainMissingWindow();
+    ReadOptions(&argc, argv);
     glutInit(&argc, argv);
     glutInitDisplayMode(GLUT_DOUBLE);
-    glutCreateWindow("Ulmaro Assistant");
+    glutCreateWindow(kWindowTitle);
     SetWindowClassAndIcon();
+    MinimiseAtStart();
     std::srand(static_cast<unsigned int>(std::time(nullptr)));
 
     // Deliberate: after the window, which stays where and as large as GLUT made it, 300 x 300.
     glutInitWindowSize(300, 300);
     glutInitWindowPosition((glutGet(GLUT_SCREEN_WIDTH) - 300) / 2, (glutGet(GLUT_SCREEN_HEIGHT) - 300) / 2);
 
-    ALCdevice* device = alcOpenDevice(nullptr);
-    ALCcontext* context = alcCreateContext(device, nullptr);
-    alcMakeContextCurrent(context);
+    OpenSoundDevice();
     AudioEngine.initialize();
 
     init();

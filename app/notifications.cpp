@@ -37,38 +37,62 @@ constexpr float kCountY = kBellY - 39;  ///< its lower edge
 
 // ---- The pass ----
 
-/// Counts an event as due. The last one counted is the one that the button opens.
-void CountDue(Event& event) {
-    new_notify = true;
-    edit_event = &event;
-    ++n_notify;
+/// What an examination of all events finds.
+struct Findings {
+    int due = 0;                      ///< how many events
+    bool in_order = true;             ///< sorting would change nothing
+    bool rearmed = false;             ///< a weekly event is armed again
+    ListedEvent* dated = nullptr;     ///< the foremost due appointment or weekly event
+    ListedEvent* reminder = nullptr;  ///< the foremost due reminder
+
+    void AddDue(ListedEvent& event) {
+        ++due;
+        ListedEvent*& foremost = event.kind == kReminder ? reminder : dated;
+        if (foremost == nullptr) foremost = &event;
+    }
+};
+
+bool IsDue(const Event& event, const Moment& now) {
+    return IsReminderDue(event) || IsDatedEventDue(event, now);
 }
 
-void CountReminders() {
-    std::for_each(events.rbegin(), events.rend(), [](Event& event) {
+/// Lets reminders count, finds what is due, arms weekly events again, and checks the order: all in one walk,
+/// because with many events its time is that of reading them from memory, in every frame.
+Findings ExamineEvents(const Moment& now) {
+    Findings findings;
+    OrderCheck order;
+    ReadAhead ahead;
+    for (ListedEvent& event : events) {
+        ahead.Visit(event);
+        if (!order.Accepts(event)) findings.in_order = false;
         CountReminder(event, global_time);
-        if (IsReminderDue(event)) CountDue(event);
-    });
+        if (IsDue(event, now)) findings.AddDue(event);
+        if (Rearm(event, now)) findings.rearmed = true;
+    }
+    return findings;
 }
 
-/// Counts appointments and weekly events, and arms weekly ones again. Returns whether one was.
-bool CountDatedEvents() {
-    bool rearmed = false;
-    std::for_each(events.rbegin(), events.rend(), [&](Event& event) {
-        if (IsDatedEventDue(event, frame_time)) CountDue(event);
-        if (Rearm(event, frame_time)) rearmed = true;
-    });
-    return rearmed;
-}
-
-/// Walks the list from back to front, so that the foremost due event is the one to be opened, appointments
-/// and weekly events before reminders.
-void FindDueEvents() {
-    n_notify = 0;
-    new_notify = false;
+/// Sorts the events and finds the foremost due ones anew. Nothing else depends on the order.
+void SortAndFindForemost(Findings& findings, const Moment& now) {
     SortEvents();
-    CountReminders();
-    if (CountDatedEvents()) SaveEvents();
+    findings = {.due = 0, .in_order = true, .rearmed = findings.rearmed};
+    ReadAhead ahead;
+    for (ListedEvent& event : events) {
+        ahead.Visit(event);
+        if (IsDue(event, now)) findings.AddDue(event);
+    }
+}
+
+/// Counts the due events and chooses the one to be opened: appointments and weekly events go before
+/// reminders.
+void FindDueEvents() {
+    const Moment now = frame_time;
+    Findings findings = ExamineEvents(now);
+    if (!findings.in_order) SortAndFindForemost(findings, now);
+    n_notify = findings.due;
+    new_notify = findings.due > 0;
+    if (new_notify) edit_event = findings.dated != nullptr ? findings.dated : findings.reminder;
+    if (findings.rearmed) SaveEvents();
 }
 
 // ---- Button, sound and badge ----

@@ -14,7 +14,9 @@
 #include "app/sounds.h"
 #include "app/state.h"
 #include "app/textures.h"
+#include "app/window.h"
 #include "engine/canvas.h"
+#include "engine/compensated_sum.h"
 #include "engine/random.h"
 #include "engine/screen.h"
 #include "engine/window_metrics.h"
@@ -81,9 +83,13 @@ void ChooseFirstDelays() {
     character.next_swap = ChooseDelay(kTimeInPose[kStanding]);
 }
 
-/// Returns the desktop's pointer on the canvas. The owl's frame must be the current one.
+/// Returns the desktop's pointer on the canvas. The owl's frame must be the current one. In a frame that
+/// nobody sees the pointer counts as where it was.
 vector3f PointerOnCanvas() {
-    const ScreenPoint screen = GlobalPointer();
+    static ScreenPoint screen;
+    const ScreenPoint before = screen;
+    if (!IsFrameHidden()) screen = GlobalPointer();
+    if (screen.x != before.x || screen.y != before.y) NoteActivity();
     return GetOGLPos(screen.x - WindowX(), screen.y - WindowY()) + kPointerOrigin;
 }
 
@@ -102,14 +108,19 @@ vector3f EyeOffset(const vector3f& pointer, const vector3f& eye, float bob) {
     return offset * kFarOffset;
 }
 
+void RestartOfferTimer() {
+    character.sqt = 0;
+    character.sqt_lost = 0;
+}
+
 /// Offers a quiz now and then. Asleep the timer goes on, and the offer comes with the waking.
 void TickOffer() {
-    character.sqt += global_time;
-    if (spawn_question) character.sqt = 0;
+    AddCompensated(character.sqt, character.sqt_lost, global_time);
+    if (spawn_question) RestartOfferTimer();
     if (character.sqt <= character.next_sq || anim == kSleeping) return;
     character.next_sq = ChooseDelay(kOfferDelay);
     spawn_question = true;
-    character.sqt = 0;
+    RestartOfferTimer();
 }
 
 void Blink() {

@@ -27,6 +27,7 @@ extern bool spawn_laugh;
 struct CharacterState {
     float bt = 0;                      ///< animation clock; starts again with a laugh
     float sqt = 0, next_sq = 0;        ///< since the last quiz offer; delay until the next
+    double sqt_lost = 0;               ///< what sqt lacks of the exact sum (engine/compensated_sum.h)
     bool close_eyes = false;           ///< the eyes are shut this frame
     float cet = 0, next_ce = 0;        ///< since the last blink; delay until the next
     float cst = 0;                     ///< how long the blink has lasted

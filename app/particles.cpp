@@ -3,6 +3,8 @@
 
 #include "app/particles.h"
 
+#include <cstdio>
+
 #include "app/owl.h"
 #include "app/state.h"
 
@@ -13,12 +15,20 @@ namespace {
 
 constexpr float kSmokeHaste = 5;  ///< how many times as fast as real time the smoke moves
 
+void LoadEffect(ZelvarFX& effect, const char* file) {
+    if (effect.load(file)) return;
+    std::fprintf(
+        stderr,
+        "Ulmaro Assistant: non riesco a leggere l'effetto \"%s\": manca o non e' un file di effetti.\n",
+        file);
+}
+
 }  // namespace
 
 void LoadParticles() {
     ZFX::SetWatcher(&cam.x, &cam.y, &cam.z);
-    sleep_fx.load("sleep.zfx");
-    smoke_fx.load("smoke.zfx");
+    LoadEffect(sleep_fx, "sleep.zfx");
+    LoadEffect(smoke_fx, "smoke.zfx");
 }
 
 void DrawSleep() {

@@ -13,7 +13,8 @@ extern vector3f cam;
 /// The particles of a sleeping owl and of a quiz offer. Written by LoadParticles().
 extern ZelvarFX sleep_fx, smoke_fx;
 
-/// Loads both effects; called once at start. One whose file cannot be read shows nothing.
+/// Loads both effects; called once at start. One whose file cannot be read or is not accepted shows
+/// nothing, which a line on standard error says.
 void LoadParticles();
 
 /// Draws and advances the z's while the owl is fast asleep, and starts them anew otherwise. In the owl's

@@ -94,6 +94,13 @@ void AdvanceClock() {
     if (global_time > kLongestFrameSeconds) global_time = 0;
 }
 
+/// Tries again to save what a save that failed has left, and shows by the window's title that something is
+/// unsaved.
+void KeepSaving() {
+    if (EventsAreUnsaved()) RetrySave(MonotonicNanoseconds());
+    ShowUnsaved(EventsAreUnsaved());
+}
+
 }  // namespace
 
 void init() {
@@ -114,12 +121,14 @@ void init() {
 void display() {
     WatchFrames();
     ListenToTyping();
-    ForgetWindowPlace();
+    BeginFrame();
+    if (!IsFrameHidden()) ForgetWindowPlace();
     while (!DrawFrame()) {
     }
     PresentFrame();
     AdvanceClock();
     ResetFrameInput();
+    KeepSaving();
     glutPostRedisplay();
 }
 

@@ -9,8 +9,9 @@
 
 namespace {
 
-/// More than anyone types ahead, far more than a field holds.
-constexpr std::size_t kLongestQueue = 4096;
+/// As many characters as the largest field takes, an event's description. More could only wait to be ignored,
+/// and a press behind them would wait as well: strokes leave one a frame.
+constexpr std::size_t kLongestQueue = 345;
 
 struct StrokeQueue {
     std::deque<Stroke> waiting;      ///< oldest first

@@ -15,7 +15,7 @@ struct Stroke {
     bool IsPress() const { return character == 0; }
 };
 
-/// Appends a typed character, not 0. Does nothing while the queue is full.
+/// Appends a typed character, not 0. Does nothing while 345 strokes wait, the largest field's characters.
 void EnqueueCharacter(unsigned char character);
 
 /// Marks the present end of the queue as the place of a press that has just happened.

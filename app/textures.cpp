@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <vector>
 
 #include "app/desktop.h"
@@ -82,8 +83,8 @@ struct RawImage {
     std::vector<std::uint8_t> pixels;
 };
 
-/// Reads the file's bytes after checking its sizes against its length. Returns null, or the reason why it is
-/// not a picture.
+/// Reads the file's bytes after checking its sizes against its length. Bytes behind the pixels are not looked
+/// at. Returns null, or the reason why it is not a picture.
 const char* ReadPixels(std::FILE* file, std::uint64_t length, RawImage& image) {
     if (std::fread(&image.width, sizeof image.width, 1, file) != 1) return "il file e' troncato";
     if (std::fread(&image.height, sizeof image.height, 1, file) != 1) return "il file e' troncato";
@@ -96,20 +97,21 @@ const char* ReadPixels(std::FILE* file, std::uint64_t length, RawImage& image) {
 
     const std::uint64_t bytes = std::uint64_t{image.width} * image.height * kPixelBytes;
     if (length < kHeaderBytes + bytes) return "il file e' troncato";
-    if (length > kHeaderBytes + bytes) return "le sue misure non corrispondono alla lunghezza del file";
     image.pixels.resize(bytes);
     if (std::fread(image.pixels.data(), 1, bytes, file) != bytes) return "non si riesce a leggerlo";
     return nullptr;
 }
 
 /// Reads a raw texture file. Returns null, or the reason why it cannot be used.
-const char* ReadRawImage(const char* path, RawImage& image) {
+const char* ReadRawImage(const char* path, RawImage& image) try {
     struct stat status {};
     if (stat(path, &status) != 0) return "il file non c'e'";
     if (!S_ISREG(status.st_mode)) return "non e' un file";
     const File file(std::fopen(path, "rb"));
     if (file == nullptr) return "non si riesce ad aprirlo";
     return ReadPixels(file.get(), static_cast<std::uint64_t>(status.st_size), image);
+} catch (const std::bad_alloc&) {
+    return "la memoria non basta";
 }
 
 /// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory
@@ -128,7 +130,7 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& i
     if (const char* reason = ReadRawImage(path, image)) {
         glDeleteTextures(1, &texture);
         std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
-        std::quick_exit(EXIT_FAILURE);  // not exit: OpenAL would add a line about its open device
+        std::exit(EXIT_FAILURE);
     }
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width),
                  static_cast<GLsizei>(image.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());

@@ -5,7 +5,7 @@
 //
 // A raw texture file is a width and a height (unsigned 32-bit, little-endian, pixels), then width x height
 // pixels of straight R, G, B, A bytes, rows one after another, the bottom row first. It has no extension and
-// no magic number.
+// no magic number. What follows the pixels is not looked at.
 #pragma once
 
 #include "app/state.h"
@@ -44,6 +44,7 @@ extern unsigned int notify_circle;
 /// Sets the window's class and its icon, the raw picture "window_icon". Without that file it has no icon.
 void SetWindowClassAndIcon();
 
-/// Loads every picture in the fixed order of the table. A picture that is missing, short or absurd ends the
-/// process with status 1 after one line on standard error that names the file and the reason.
+/// Loads every picture in the fixed order of the table. A picture that is missing, short, absurd or
+/// too large for the memory ends the process with status 1 after one line on standard error that names the
+/// file and the reason.
 void LoadTextures();

@@ -10,6 +10,7 @@
 
 #include "app/input.h"
 #include "app/stroke_queue.h"
+#include "app/window.h"
 
 bool listening_to_typing = false;
 
@@ -56,6 +57,7 @@ void ListenToTyping() {
 }
 
 void TypeCharacter(unsigned char character, int /*x*/, int /*y*/) {
+    NoteActivity();
     if (character == kBackspace || character == kDelete) {
         EnqueueCharacter(kDelete);
         return;
@@ -73,7 +75,7 @@ void TypeCharacter(unsigned char character, int /*x*/, int /*y*/) {
 
 void DeliverTyping(bool field_has_focus) {
     if (!listening_to_typing) return;
-    reset_keys_state();  // what special keys have left there
+    ForgetSpecialKeys();
     QueuePress();
     if (!field_has_focus) DropCharacters();
     Stroke next;

@@ -3,19 +3,19 @@
 
 // Typing: brings ordinary characters to the text fields.
 //
-// The screens read key_state, one frame of keys at a time, in the order of the key codes. So that fast
-// typing, repeated letters and slow frames lose and reorder nothing, typed characters wait in a queue
-// (stroke_queue.h), and one of them a frame is put into key_state:
+// The screens read key_state, one frame of keys at a time, in the order of the key codes; whoever sets a key
+// there types it. So that fast typing, repeated letters and slow frames lose and reorder nothing, typed
+// characters wait in a queue (stroke_queue.h), and one of them a frame is put into key_state:
 //
 //   between frames   "aa" is typed     the queue holds a, a
-//   frame 1          DeliverTyping()   key_state['a'] is set, alone
+//   frame 1          DeliverTyping()   key_state['a'] is set; the frame's end clears it
 //   frame 2          DeliverTyping()   key_state['a'] is set again
 //
 // A press of the mouse waits its turn among them: what was typed before it goes to the field that had the
 // focus then.
 //
 // GLUT's special keys share their codes with letters (Shift is 112 and so is 'p'); while typing is listened
-// to they never reach a field.
+// to, what they have set in key_state is forgotten before the frame reads it, and nothing else.
 #pragma once
 
 /// Whether GLUT reports characters. Written by ListenToTyping(); tests set it.
@@ -30,7 +30,8 @@ void ListenToTyping();
 /// characters and characters beyond ASCII type nothing.
 void TypeCharacter(unsigned char character, int x, int y);
 
-/// Puts the next typed character into key_state, and nothing else; called once a frame, before the screen is
-/// drawn. Without a focused field what was typed is dropped. A press that came after characters that still
-/// wait is taken out of single_touch, and back in, where it happened, when they have been delivered.
+/// Puts the next typed character into key_state, beside what was set there directly; called before a screen
+/// is drawn. Without a focused field the characters that wait are dropped. A press that came after characters
+/// that still wait is taken out of single_touch, and back in, where it happened, when they have been
+/// delivered.
 void DeliverTyping(bool field_has_focus);

@@ -27,8 +27,8 @@ constexpr std::uint64_t kHiddenFrame = 100 * kMillisecond;
 /// A frame waits no longer than this for its refresh.
 constexpr std::uint64_t kLongestWait = 100 * kMillisecond;
 
-/// A swap that takes longer than this is not made again for kSlowSwapPause times as long. So swaps of any length cost
-/// less than a hundredth of the time that timers count.
+/// A swap that takes longer than this is not made again for kSlowSwapPause times as long. So swaps of any
+/// length cost less than a hundredth of the time that timers count.
 constexpr std::uint64_t kSlowSwap = 100 * kMillisecond;
 constexpr std::uint64_t kSlowSwapPause = 128;
 
@@ -51,8 +51,8 @@ bool start_minimised = false;  ///< written by ReadOptions
     std::exit(EXIT_FAILURE);
 }
 
-/// Returns the place and size in the form that GLUT takes: it needs a size, and takes whatever lies in memory for one
-/// that is not given.
+/// Returns the place and size in the form that GLUT takes: it needs a size, and takes whatever lies in memory
+/// for one that is not given.
 std::string WithSize(const char* geometry) {
     return geometry[0] == '+' || geometry[0] == '-' ? "300x300" + std::string(geometry) : geometry;
 }
@@ -67,8 +67,8 @@ void EndWithoutWindow(const char* format, std::va_list arguments) {
     std::exit(EXIT_FAILURE);
 }
 
-/// GLUT's idle callback. It comes after every round of GLUT's loop; where that has drawn no frame, GLUT takes the window
-/// for hidden.
+/// GLUT's idle callback. It comes after every round of GLUT's loop; where that has drawn no frame, GLUT takes
+/// the window for hidden.
 void DrawFrameIfNoneCame() {
     if (!window.drawn) {
         window.glut_draws = false;
@@ -80,8 +80,8 @@ void DrawFrameIfNoneCame() {
 
 // ---- A frame ----
 
-/// Notes whether somebody may see the window. Where that has just begun, everything that kept frames hidden is
-/// forgotten.
+/// Notes whether somebody may see the window. Where that has just begun, everything that kept frames hidden
+/// is forgotten.
 void UpdateSight() {
     const bool seen = IsWindowSeen();
     if (seen && !window.seen) {
@@ -91,16 +91,18 @@ void UpdateSight() {
     window.seen = seen;
 }
 
-/// Returns whether the owl is at rest and a frame is so costly that it then need not be drawn at every refresh.
+/// Returns whether the owl is at rest and a frame is so costly that it then need not be drawn at every
+/// refresh.
 bool MayRest() {
     if (window.active || RefreshPeriod() == 0) return false;
     return window.last_frame - window.last_activity > kRestAfter &&
            window.frame_cost > static_cast<double>(RefreshPeriod()) / 3;
 }
 
-/// Waits for the refresh that was asked for. Returns whether the frame may be shown; otherwise the refresh is late.
+/// Waits for the refresh that was asked for. Returns whether the frame may be shown; otherwise the refresh is
+/// late.
 bool WaitForRefresh() {
-    if (!window.waits || !RequestRefresh()) return true;
+    if (!window.paced) return true;
     bool came = AwaitRefresh(kLongestWait, false);
     if (came && MayRest() && RequestRefresh()) came = AwaitRefresh(kLongestWait, true);
     window.refresh_late = !came;
@@ -109,13 +111,14 @@ bool WaitForRefresh() {
 
 /// Tells the driver only when the answer changes: a swap waits by itself only where we do not.
 void ChooseSwapInterval() {
-    const int refreshes = window.waits && !RequestRefresh() ? 1 : 0;
+    const int refreshes = window.waits && !window.paced ? 1 : 0;
     if (window.swap_interval == refreshes) return;
     window.swap_interval = refreshes;
     SetSwapInterval(refreshes);
 }
 
-/// Shows the frame. A swap that takes too long, as it may do while nobody sees the window, is not made again soon.
+/// Shows the frame. A swap that takes too long, as it may do while nobody sees the window, is not made again
+/// soon.
 void Swap() {
     ChooseSwapInterval();
     const std::uint64_t start = MonotonicNanoseconds();
@@ -190,14 +193,15 @@ void BeginFrame() {
         window.swap_again = 0;
     }
     window.active = false;
-    if (window.refresh_late && AwaitRefresh(0, false)) window.refresh_late = false;
+    const bool came_late = window.refresh_late && AwaitRefresh(0, false);
+    if (came_late) window.refresh_late = false;
     window.hidden = !window.glut_draws || !window.seen || window.refresh_late || now < window.swap_again;
     if (window.hidden) {
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, 0, 0);
-    } else if (window.waits) {
-        RequestRefresh();
     }
+    // A frame that was waited for so long is shown at once.
+    window.paced = !window.hidden && window.waits && !came_late && RequestRefresh();
 }
 
 bool IsFrameHidden() {
@@ -220,4 +224,10 @@ void PresentFrame() {
 
 void NoteActivity() {
     window.active = true;
+}
+
+void ShowUnsaved(bool unsaved) {
+    if (window.unsaved == unsaved) return;
+    window.unsaved = unsaved;
+    glutSetWindowTitle((unsaved ? "*" + std::string(kWindowTitle) : kWindowTitle).c_str());
 }

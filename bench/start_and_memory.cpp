@@ -2,23 +2,23 @@
 // SPDX-License-Identifier: MIT
 
 // How long the program takes to its first frame and how much memory it holds, compared with a bare GLUT
-// program that uploads as many bytes of pictures (bare_window.cpp).
+// program that uploads as many bytes of pictures (bare_window.cpp); and how long with 100,000 events of
+// random dates, compared with none.
 //
 // Start: from the fork to the first swap of buffers, where a preloaded library ends the process; pairs take
 // turns. Memory: the resident set of both after a second in their windows. Prints a line each; exits with 1
 // where a limit is missed.
 //
 // usage: start_and_memory [PAIRS]
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/event_mix.h"
+#include "bench/first_frame.h"
 #include "bench/turns.h"
 #include "tests/desktop/desktop.h"
 
@@ -29,6 +29,8 @@ using desktop::Process;
 using desktop::Program;
 
 constexpr double kStartLimit = 1.15;
+constexpr int kEvents = 100'000;
+constexpr double kEventsLimit = 1.6;
 constexpr double kMemoryLimit = 1.10;
 constexpr int kMemoryPairs = 3;
 constexpr double kSettleSeconds = 1;
@@ -52,24 +54,6 @@ std::vector<std::string> BareWindow() {
 
 // ---- Start ----
 
-/// Returns how long a program takes to its first frame, milliseconds. It runs in the current folder.
-double StartMilliseconds(const std::vector<std::string>& words) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    const double start = desktop::Now();
-    pid_t child = 0;
-    setenv("LD_PRELOAD", ULMARO_EXIT_AT_FIRST_SWAP, 1);
-    const int error = posix_spawn(&child, arguments[0], nullptr, nullptr, arguments.data(), environ);
-    unsetenv("LD_PRELOAD");
-    int status = 0;
-    if (error != 0 || waitpid(child, &status, 0) != child || status != 0) {
-        desktop::Fail(words[0] + " does not come to its first frame");
-    }
-    return 1000 * (desktop::Now() - start);
-}
-
 bool CompareStarts(const Desktop& desk, int pairs) {
     const std::vector<std::string> bare = BareWindow();
     const std::vector<std::string> ours = {ULMARO_PROGRAM};
@@ -77,15 +61,36 @@ bool CompareStarts(const Desktop& desk, int pairs) {
     folder.LinkAll(ULMARO_DATA);
     std::filesystem::current_path(folder.Path());
     setenv("DISPLAY", desk.Name().c_str(), 1);
-    StartMilliseconds(ours);
-    StartMilliseconds(bare);
+    bench::FirstFrameMilliseconds(ours);
+    bench::FirstFrameMilliseconds(bare);
     bench::Series series;
     for (int i = 0; i < pairs; ++i) {
-        const double owl = StartMilliseconds(ours);
-        series.Add(owl, StartMilliseconds(bare));
+        const double owl = bench::FirstFrameMilliseconds(ours);
+        series.Add(owl, bench::FirstFrameMilliseconds(bare));
     }
     std::filesystem::current_path("/");
     return series.Print("start to the first frame : bare window", kStartLimit);
+}
+
+/// Returns how long the program takes to its first frame in a folder, milliseconds.
+double StartIn(const desktop::Folder& folder) {
+    std::filesystem::current_path(folder.Path());
+    return bench::FirstFrameMilliseconds({ULMARO_PROGRAM});
+}
+
+bool CompareStartsWithEvents(const Desktop& desk, int pairs) {
+    const desktop::Folder many, none;
+    for (const desktop::Folder* folder : {&many, &none}) folder->LinkAll(ULMARO_DATA);
+    std::ofstream(many.Path("database.bin"), std::ios::binary) << bench::RandomStore(kEvents);
+    setenv("DISPLAY", desk.Name().c_str(), 1);
+    bench::Series series;
+    for (int i = -1; i < pairs; ++i) {
+        const double with_events = StartIn(many);
+        const double without = StartIn(none);
+        if (i >= 0) series.Add(with_events, without);  // the first pair warms up
+    }
+    std::filesystem::current_path("/");
+    return series.Print("start to the first frame, 100,000 random events : none", kEventsLimit);
 }
 
 // ---- Memory ----
@@ -120,7 +125,8 @@ bool CompareMemory(Desktop& desk) {
 
 bool Compare(int pairs) {
     Desktop desk;
-    const bool good = CompareStarts(desk, pairs);
+    bool good = CompareStarts(desk, pairs);
+    good &= CompareStartsWithEvents(desk, pairs);
     return CompareMemory(desk) && good;
 }
 

@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -22,6 +21,7 @@
 #include <vector>
 
 #include "bench/event_mix.h"
+#include "bench/stopwatch.h"
 #include "bench/table.h"
 #include "calendar/events.h"
 #include "calendar/store.h"
@@ -35,15 +35,6 @@ constexpr char kStore[] = "database.bin";
 [[noreturn]] void Fail(const char* what) {
     std::perror(what);
     std::exit(2);
-}
-
-/// Returns how long a step takes, milliseconds.
-template <typename Step>
-double Milliseconds(const Step& step) {
-    using Milli = std::chrono::duration<double, std::milli>;
-    const auto start = std::chrono::steady_clock::now();
-    step();
-    return Milli(std::chrono::steady_clock::now() - start).count();
 }
 
 // ---- The plain calls ----
@@ -81,8 +72,8 @@ bool Compare(const std::string& what, int pairs, double limit, const Prepare& pr
     std::vector<double> ours, plain, ratios;
     for (int i = 0; i < pairs; ++i) {
         prepare();
-        ours.push_back(Milliseconds(measured));
-        plain.push_back(Milliseconds(compared));
+        ours.push_back(bench::Milliseconds(measured));
+        plain.push_back(bench::Milliseconds(compared));
         ratios.push_back(ours.back() / plain.back());
     }
     return bench::PrintRow(what.c_str(), bench::Median(ours), bench::Median(plain), bench::Median(ratios),

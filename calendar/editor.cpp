@@ -36,7 +36,7 @@ constexpr ButtonPlace kDescriptionArea = {256, 108, 225, 87};
 /// What the editor works out once a frame. The mode is the screen at the frame's start, whatever is clicked
 /// meanwhile.
 struct EditorFrame {
-    Event& event;
+    ListedEvent& event;
     bool editable;   ///< the editor; otherwise the view
     double minutes;  ///< to due
 

@@ -40,11 +40,11 @@ void ClampScroll() {
 }
 
 /// Returns the event in the first row; the list must not be shorter.
-std::list<Event>::iterator FirstShown() {
+std::list<ListedEvent>::iterator FirstShown() {
     return std::next(events.begin(), event_list.swap);
 }
 
-void Open(Event& event) {
+void Open(ListedEvent& event) {
     edit_event = &event;
     menu_case_id = kEditorScreen;
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "engine/compensated_sum.h"
 #include "engine/date_key.h"
 
 namespace {
@@ -27,22 +28,31 @@ constexpr bool LongestIsInclusive() {
 
 static_assert(LongestIsInclusive(), "at start every reminder is due");
 
+void SetElapsed(ListedEvent& event, float seconds) {
+    event.elapsed = seconds;
+    event.lost = 0;
+}
+
 }  // namespace
 
 const Repeat* RepeatOf(const Event& event) {
     return event.repeat >= 0 && event.repeat <= kLastRepeat ? &kRepeats[event.repeat] : nullptr;
 }
 
-double MinutesToDue(const Event& event, const std::tm& now) {
-    const int month = now.tm_mon + 1;
-    const int year = now.tm_year + 1900;
-    const double stamp = ConvertDAM(now.tm_mday, month, year, now.tm_hour, now.tm_min);
+Moment::Moment(const std::tm& local)
+    : day(local.tm_mday),
+      month(local.tm_mon + 1),
+      year(local.tm_year + 1900),
+      wday(local.tm_wday),
+      stamp(ConvertDAM(day, month, year, local.tm_hour, local.tm_min)) {}
+
+double MinutesToDue(const Event& event, const Moment& now) {
     const Date& date = event.date;
     const Time& time = event.time;
     if (event.kind == kAppointment)
-        return ConvertDAM(date.day, date.month, date.year, time.hour, time.minute) - stamp;
-    if (event.kind != kWeekly || event.wday != now.tm_wday) return kFarAway;
-    return ConvertDAM(now.tm_mday, month, year, time.hour, time.minute) - stamp;
+        return ConvertDAM(date.day, date.month, date.year, time.hour, time.minute) - now.stamp;
+    if (event.kind != kWeekly || event.wday != now.wday) return kFarAway;
+    return ConvertDAM(now.day, now.month, now.year, time.hour, time.minute) - now.stamp;
 }
 
 bool IsReminderDue(const Event& event) {
@@ -51,7 +61,7 @@ bool IsReminderDue(const Event& event) {
     return repeat->inclusive ? event.elapsed >= repeat->seconds : event.elapsed > repeat->seconds;
 }
 
-bool IsDatedEventDue(const Event& event, const std::tm& now) {
+bool IsDatedEventDue(const Event& event, const Moment& now) {
     if (event.done != 0) return false;
     const double minutes = MinutesToDue(event, now);
     return minutes <= 0 ||
@@ -60,16 +70,16 @@ bool IsDatedEventDue(const Event& event, const std::tm& now) {
            });
 }
 
-void StartReminder(Event& event) {
-    if (event.kind == kReminder) event.elapsed = LongestPeriod();
+void StartReminder(ListedEvent& event) {
+    if (event.kind == kReminder) SetElapsed(event, LongestPeriod());
 }
 
-void CountReminder(Event& event, float seconds) {
-    if (event.kind == kReminder) event.elapsed += seconds;
+void CountReminder(ListedEvent& event, float seconds) {
+    if (event.kind == kReminder) AddCompensated(event.elapsed, event.lost, seconds);
 }
 
-void ConfirmReminder(Event& event) {
-    event.elapsed = 0;
+void ConfirmReminder(ListedEvent& event) {
+    SetElapsed(event, 0);
 }
 
 void MarkTold(Event& event, double minutes) {
@@ -89,8 +99,8 @@ void AnnounceAgain(Event& event) {
     event.done = 0;
 }
 
-bool Rearm(Event& event, const std::tm& now) {
-    if (event.done == 0 || event.kind != kWeekly || event.wday == now.tm_wday) return false;
+bool Rearm(Event& event, const Moment& now) {
+    if (event.done == 0 || event.kind != kWeekly || event.wday == now.wday) return false;
     AnnounceAgain(event);
     return true;
 }

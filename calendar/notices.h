@@ -63,9 +63,18 @@ inline constexpr std::int32_t kLastRepeat = static_cast<std::int32_t>(std::size(
 /// due.
 const Repeat* RepeatOf(const Event& event);
 
-/// Returns the minutes from a moment (local time) to an appointment, or to a weekly event on its weekday; 999
+/// A moment of the local time. Made once for all events that are asked about.
+struct Moment {
+    Moment(const std::tm& local);
+
+    int day, month, year;  ///< as in Date
+    int wday;              ///< 0 = Sunday
+    double stamp;          ///< in minutes (engine/date_key.h)
+};
+
+/// Returns the minutes from a moment to an appointment, or to a weekly event on its weekday; 999
 /// for everything else. Negative once it has passed.
-double MinutesToDue(const Event& event, const std::tm& now);
+double MinutesToDue(const Event& event, const Moment& now);
 
 // ---- Due or not ----
 
@@ -74,18 +83,19 @@ bool IsReminderDue(const Event& event);
 
 /// Returns whether an appointment or weekly event has come and is not done, or is so near that an
 /// announcement is outstanding; false for reminders.
-bool IsDatedEventDue(const Event& event, const std::tm& now);
+bool IsDatedEventDue(const Event& event, const Moment& now);
 
 // ---- What happens to an event ----
 
 /// Makes a reminder due at once; leaves other kinds alone.
-void StartReminder(Event& event);
+void StartReminder(ListedEvent& event);
 
-/// Lets a reminder have waited `seconds` longer; leaves other kinds alone.
-void CountReminder(Event& event, float seconds);
+/// Lets a reminder have waited `seconds` longer; leaves other kinds alone. However short the frames and long
+/// the wait, `elapsed` is the nearest float of their sum.
+void CountReminder(ListedEvent& event, float seconds);
 
 /// Lets a reminder's period begin anew, whatever the kind.
-void ConfirmReminder(Event& event);
+void ConfirmReminder(ListedEvent& event);
 
 /// Marks what the user has been told by seeing the event so many minutes before its time.
 void MarkTold(Event& event, double minutes);
@@ -98,4 +108,4 @@ void AnnounceAgain(Event& event);
 
 /// Lets a weekly event that was done be announced again on any other day than its own. Returns whether that
 /// changed it.
-bool Rearm(Event& event, const std::tm& now);
+bool Rearm(Event& event, const Moment& now);

@@ -14,10 +14,20 @@
 // every step.
 //
 // A file that does not hold what its count says is damaged. It is kept as "database.bin.bak" (or ".bak.1",
-// ".bak.2" ...) before the first save replaces it.
+// ".bak.2" ...) before the first save replaces it; both the damage and the name are told on standard error.
+//
+// A file that cannot be read for another reason (the disk's error, too many open files, no permission) may be
+// in good order. It is never replaced unread: each save tries to read it again and, where that works, joins
+// its events with those that were added since; otherwise the save fails.
+//
+// A save that failed is to be tried again, once the shell finds EventsAreUnsaved(), by RetrySave().
 #pragma once
 
-/// Reads `events` from the file; a missing or unreadable file is an empty list.
+#include <cstdint>
+
+/// Reads `events` from the file; a missing or unreadable file is an empty list. A damaged or unreadable one
+/// is told in one line on standard error. Where the memory is not enough, this says so and ends the program
+/// with status 1.
 /// Deliberate: every reminder starts out due.
 ///
 /// A record cut short keeps the bytes it has over those of a fresh event. Up to 1,000 records that the count
@@ -25,10 +35,23 @@
 /// what is there is loaded. A negative count loads nothing.
 void LoadEvents();
 
-/// Writes `events` to the file and returns whether that worked. A save that fails leaves the old file whole
-/// and says why in one line on standard error. While another program is saving, it waits for that save to
-/// end, at most about a second.
+/// Writes `events` to the file and returns whether that worked. A save that fails leaves the old file whole,
+/// or the new one where only its name may not be on the disk yet, and says why in one line on standard error.
+/// While another program is saving, it waits for that save to end, at most about a second.
+///
+/// Where the file could not be read before and now can, its events come before those of the list. No event is
+/// moved in memory, so `edit_event` stays valid.
 bool SaveEvents();
 
-/// Empties `events` and the file. Kept as part of the store: the program never calls it.
+/// Returns whether the last save failed.
+bool EventsAreUnsaved();
+
+/// Saves again what is unsaved, when its time has come: a second after the save that failed, then after
+/// pauses that double up to a minute. To be called in every frame; `now` are nanoseconds of a clock that
+/// never goes back. Does nothing where nothing is unsaved. A failure for the same reason as the last is not
+/// told again.
+void RetrySave(std::uint64_t now);
+
+/// Empties `events` and the file; a file that could not be read is kept as a damaged one is. Kept as part of
+/// the store: the program never calls it.
 void ResetEvents();

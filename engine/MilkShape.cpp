@@ -138,7 +138,8 @@ bool ReadTriangles(Records& records, Model& model) {
 }
 
 /// A mesh: flags (1 byte), name (32 bytes), number of triangles and their indices (2 bytes each), material (1
-/// byte). Returns false for the index of a triangle that does not exist.
+/// byte). Returns false for the index of a triangle that does not exist. Deliberate: that of a material that
+/// does not exist is taken as it is, since nothing uses materials.
 bool ReadMeshes(Records& records, Model& model) {
     Allocate(records, model.mesh_count, model.meshes);
     for (int i = 0; i < model.mesh_count && !records.Failed(); ++i) {
@@ -164,9 +165,8 @@ std::unique_ptr<char[]> CopyName(const char* name) {
 }
 
 /// A material: name (32 bytes), four colours (4 floats each), shininess, transparency (1 float each), mode (1
-/// byte), file names of the texture and of its alpha map (128 bytes each). Returns false if a mesh has the
-/// index of a material that does not exist.
-bool ReadMaterials(Records& records, Model& model) {
+/// byte), file names of the texture and of its alpha map (128 bytes each).
+void ReadMaterials(Records& records, Model& model) {
     Allocate(records, model.material_count, model.materials);
     for (int i = 0; i < model.material_count && !records.Failed(); ++i) {
         Model::Material& material = model.materials.get()[i];
@@ -181,10 +181,6 @@ bool ReadMaterials(Records& records, Model& model) {
         if (name != nullptr) material.texture_file = CopyName(name);
         records.Skip(128);
     }
-    return std::all_of(model.meshes.get(), model.meshes.get() + model.mesh_count,
-                       [&](const Model::Mesh& mesh) {
-                           return mesh.material == -1 || IsIndex(mesh.material, model.material_count);
-                       });
 }
 
 }  // namespace
@@ -294,9 +290,8 @@ bool MilkshapeModel::loadModelData(const char* file) try {
     MilkshapeModel loaded;
     if (!ReadHeader(records)) return false;
     ReadVertices(records, loaded);
-    if (!ReadTriangles(records, loaded) || !ReadMeshes(records, loaded) || !ReadMaterials(records, loaded)) {
-        return false;
-    }
+    if (!ReadTriangles(records, loaded) || !ReadMeshes(records, loaded)) return false;
+    ReadMaterials(records, loaded);
     if (records.Failed()) return false;
     *this = std::move(loaded);
     return true;

@@ -31,7 +31,7 @@ class Model {
 
     /// A group of triangles.
     struct Mesh {
-        int material = -1;  ///< index into the model's materials; -1 is none
+        int material = -1;  ///< index into the model's materials; not checked: -1 and others lead to none
         int triangle_count = 0;
         std::unique_ptr<int[]> triangles;  ///< indices into the model's triangles
     };
@@ -97,7 +97,7 @@ class Model {
 /// A model from a MilkShape 3D file. Animation and joints are not read. MilkShape.cpp describes the file.
 class MilkshapeModel : public Model {
   public:
-    /// Returns false also for files of another kind or version, that end early, or have an index out of
-    /// range.
+    /// Returns false also for files of another kind or version, that end early, or have the index of a vertex
+    /// or triangle that does not exist.
     bool loadModelData(const char* file) override;
 };

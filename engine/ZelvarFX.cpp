@@ -159,7 +159,7 @@ bool ReadEmitter(std::FILE* file, ZelvarParticlesFX& emitter, long& missing) {
 }  // namespace
 
 bool ZelvarFX::load(const char* path) {
-    const File file(std::fopen(path, "re"));
+    const File file = OpenRegularFile(path);
     if (file == nullptr || !ReadHeader(file.get())) return false;
     emitters.clear();
     long missing = 0;

@@ -32,9 +32,9 @@ void SetWatcher(const float* x, const float* y, const float* z);
 
 class ZelvarFX {
   public:
-    /// Replaces the emitters by those of a file. Returns whether the file's header was accepted; if not, the
-    /// effect is unchanged. A block with a damaged texture line ends the reading; the blocks before it stay.
-    /// Other damage leaves fields at their defaults. Missing texels are 0.
+    /// Replaces the emitters by those of a file. Returns whether it is a regular file whose header was
+    /// accepted; if not, the effect is unchanged. A block with a damaged texture line ends the reading; the
+    /// blocks before it stay. Other damage leaves fields at their defaults. Missing texels are 0.
     ///
     /// A texture line counts as damaged if it does not match, or if its sizes are negative or too large for
     /// GL. Textures that announce more numbers than there are bytes left in the file may announce 4,000,000

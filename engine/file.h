@@ -13,3 +13,7 @@ struct CloseFile {
 
 /// An open stream; null where the file could not be opened.
 using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Opens a regular file to read its bytes, also through a link. Null for anything else, such as a named pipe,
+/// which is never waited for.
+File OpenRegularFile(const char* path);

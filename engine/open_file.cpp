@@ -21,13 +21,12 @@ int OpenFile::Open(const std::string& path, int flags, mode_t mode) {
 int OpenFile::Close() {
     const int descriptor = std::exchange(descriptor_, -1);
     if (descriptor < 0) return 0;
-    return close(descriptor) == 0 ? 0 : errno;  // never repeated: the descriptor is free even after an error
+    if (close(descriptor) == 0) return 0;
+    return errno == EINTR ? 0 : errno;  // never repeated: the descriptor is free even after an error
 }
 
-std::int64_t OpenFile::Length() const {
-    struct stat status {};
-    const int error = ErrorOf([&] { return fstat(descriptor_, &status); });
-    return error == 0 && S_ISREG(status.st_mode) ? status.st_size : -1;
+int OpenFile::Status(struct stat& status) const {
+    return ErrorOf([&] { return fstat(descriptor_, &status); });
 }
 
 ReadResult OpenFile::Read(void* buffer, std::int64_t bytes) const {
@@ -37,8 +36,7 @@ ReadResult OpenFile::Read(void* buffer, std::int64_t bytes) const {
         ssize_t n = 0;
         result.error = ErrorOf(
             [&] { return n = read(descriptor_, rest, static_cast<std::size_t>(bytes - result.bytes)); });
-        if (result.error == EINTR) continue;
-        if (n <= 0) break;
+        if (result.error != 0 || n == 0) break;
         result.bytes += n;
     }
     return result;
@@ -50,7 +48,6 @@ int OpenFile::Write(const void* data, std::size_t bytes) const {
         const char* rest = static_cast<const char*>(data) + written;
         ssize_t n = 0;
         const int error = ErrorOf([&] { return n = write(descriptor_, rest, bytes - written); });
-        if (error == EINTR) continue;
         if (error != 0) return error;
         written += static_cast<std::size_t>(n);
     }

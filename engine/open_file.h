@@ -8,6 +8,7 @@
 // is read in ErrorOf() and OpenFile::Close() alone.
 #pragma once
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cerrno>
@@ -15,11 +16,15 @@
 #include <cstdint>
 #include <string>
 
-/// Makes a system call, a function without arguments that gives a negative number where it fails. Returns 0,
-/// or the errno of the failure.
+/// Makes a system call, a function without arguments that gives a negative number where it fails. One that a
+/// signal interrupts (EINTR) is repeated: so never close a file by it. Returns 0, or the errno of the
+/// failure.
 template <typename Call>
 [[nodiscard]] int ErrorOf(const Call& call) {
-    return call() < 0 ? errno : 0;
+    while (call() < 0) {
+        if (errno != EINTR) return errno;
+    }
+    return 0;
 }
 
 /// What OpenFile::Read() has done.
@@ -47,14 +52,13 @@ class OpenFile {
     bool IsOpen() const { return descriptor_ >= 0; }
     int Descriptor() const { return descriptor_; }
 
-    /// Returns the length in bytes of a regular file, or -1 for anything else.
-    std::int64_t Length() const;
+    /// Finds out what is open: its kind, its length and so on. Returns 0, or an errno.
+    [[nodiscard]] int Status(struct stat& status) const;
 
-    /// Reads until so many bytes are read, the file ends or a call fails. An interrupted call is repeated.
+    /// Reads until so many bytes are read, the file ends or a call fails.
     ReadResult Read(void* buffer, std::int64_t bytes) const;
 
-    /// Writes all bytes, or as many as it can before a call fails. An interrupted call is repeated. Returns
-    /// 0, or an errno.
+    /// Writes all bytes, or as many as it can before a call fails. Returns 0, or an errno.
     [[nodiscard]] int Write(const void* data, std::size_t bytes) const;
 
     /// Waits until all that was written is on the disk. Returns 0, or an errno.

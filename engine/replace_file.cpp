@@ -11,18 +11,21 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <system_error>
+#include <new>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
 
-/// A chain of so many symbolic links is taken for a loop.
-constexpr int kLinksOfALoop = 40;
+/// How many symbolic links of a path the kernel follows; it takes more of them for a loop.
+constexpr int kMostLinks = 40;
 
 /// How many bytes are copied at once.
 constexpr std::int64_t kCopyBytes = 65536;
@@ -43,24 +46,112 @@ std::string FolderOf(const std::string& path) {
     return folder.empty() ? "." : folder;
 }
 
-/// Waits until the names in a folder are on the disk. Returns 0, or an errno.
-int FlushFolder(const std::string& folder) {
-    OpenFile file;
-    const int error = file.Open(folder, O_RDONLY | O_DIRECTORY);
-    return error != 0 ? error : file.Flush();
+/// Returns whether the kernel never opens a folder for a flush: we may write to it but not read it.
+bool CannotBeOpened(int error) {
+    return error == EACCES || error == EPERM;
 }
 
-/// Steps 3 and 12: flushes the folder that a file stands in, if the file system can do that.
-void TryToFlushFolderOf(const std::string& path) {
-    static_cast<void>(FlushFolder(FolderOf(path)));
+/// Returns whether the file system has no flush for folders. EROFS is not among these errors: after a rename
+/// it means that the file system has given up writing in the meantime.
+bool HasNoFlush(int error) {
+    return error == EINVAL || error == EOPNOTSUPP || error == ENOSYS;
 }
+
+/// Steps 3 and 12: waits until the names in the folder that a file stands in are on the disk, if they can be
+/// flushed.
+ReplaceError FlushFolderOf(const std::string& path) try {
+    OpenFile folder;
+    if (const int error = folder.Open(FolderOf(path), O_RDONLY | O_DIRECTORY); error != 0)
+        return SystemError(CannotBeOpened(error) ? 0 : error);
+    const int error = folder.Flush();
+    return SystemError(HasNoFlush(error) ? 0 : error);
+} catch (const std::bad_alloc&) {
+    return SystemError(ENOMEM);
+}
+
+/// Returns why a file of that type must not be replaced, if so.
+ReplaceError RefuseType(mode_t mode) {
+    if (S_ISDIR(mode)) return {ReplaceReason::kFolder, EISDIR};
+    if (!S_ISREG(mode)) return {ReplaceReason::kNotRegular, ENXIO};
+    return {};
+}
+
+/// Looks at what has a name, without following a link.
+int Look(const std::string& name, struct stat& status) {
+    return ErrorOf([&] { return lstat(name.c_str(), &status); });
+}
+
+// ---- Finding the file ----
+
+using Path = std::filesystem::path;
+
+/// Reads where a symbolic link leads. Refuses a link of anybody but us and root, who could lead us to any
+/// file that we may replace.
+ReplaceError ReadLink(const std::string& name, const struct stat& status, Path& target) {
+    if (status.st_uid != geteuid() && status.st_uid != 0) return {ReplaceReason::kForeignLink, EACCES};
+    std::array<char, PATH_MAX> text{};
+    ssize_t length = 0;
+    const int error = ErrorOf([&] { return length = readlink(name.c_str(), text.data(), text.size()); });
+    if (error == 0) target = std::string(text.data(), static_cast<std::size_t>(length));
+    return SystemError(error);
+}
+
+/// Walks a path part by part as the kernel does, so that every link on the way is seen, also one to a folder.
+class Walk {
+  public:
+    explicit Walk(const Path& path) { PutAhead(path); }
+
+    bool AtEnd() const { return ahead_.empty(); }
+
+    /// Where the walk has come to: no link, and none on the way.
+    const Path& Found() const { return found_; }
+
+    /// The type of what is there; a regular file's where nothing is.
+    mode_t Type() const { return type_; }
+
+    /// Goes to the next part. Where that is a link, its target's parts come next.
+    ReplaceError Step() {
+        const Path next = found_ / ahead_.back();
+        ahead_.pop_back();
+        struct stat status {};
+        const int error = missing_ ? ENOENT : Look(next.string(), status);
+        if (error != 0 && error != ENOENT) return SystemError(error);
+        if (error == 0 && S_ISLNK(status.st_mode)) return Follow(next.string(), status);
+        missing_ = error == ENOENT;
+        type_ = missing_ ? S_IFREG : status.st_mode;
+        found_ = next;
+        return {};
+    }
+
+  private:
+    ReplaceError Follow(const std::string& link, const struct stat& status) {
+        if (++links_ > kMostLinks) return {ReplaceReason::kLinkLoop, ELOOP};
+        Path target;
+        if (const ReplaceError error = ReadLink(link, status, target)) return error;
+        PutAhead(target);
+        return {};
+    }
+
+    void PutAhead(const Path& path) {
+        const std::vector<Path> parts(path.begin(), path.end());
+        ahead_.insert(ahead_.end(), parts.rbegin(), parts.rend());
+    }
+
+    std::vector<Path> ahead_;  ///< the parts to come, the next one last
+    Path found_;
+    mode_t type_ = S_IFREG;
+    bool missing_ = false;  ///< nothing is there, nor anything below it
+    int links_ = 0;
+};
 
 // ---- Setting aside ----
 
 /// Copies a regular file to another.
 ReplaceError CopyBytes(const OpenFile& from, const OpenFile& to) {
-    std::int64_t left = from.Length();
-    if (left < 0) return {ReplaceReason::kNotCopied};
+    struct stat status {};
+    if (const int error = from.Status(status); error != 0) return SystemError(error);
+    if (!S_ISREG(status.st_mode)) return {ReplaceReason::kNotCopied};
+    std::int64_t left = status.st_size;
     std::vector<char> bytes;
     while (left > 0) {
         bytes.resize(static_cast<std::size_t>(std::min(left, kCopyBytes)));
@@ -74,13 +165,16 @@ ReplaceError CopyBytes(const OpenFile& from, const OpenFile& to) {
 }
 
 /// Copies a regular file to another, down to the disk, and closes the copy.
-ReplaceError CopyAndFlush(const OpenFile& from, OpenFile& to) {
+ReplaceError CopyAndFlush(const OpenFile& from, OpenFile& to) try {
     if (const ReplaceError error = CopyBytes(from, to)) return error;
     if (const int error = to.Flush(); error != 0) return SystemError(error);
     return SystemError(to.Close());
+} catch (const std::bad_alloc&) {
+    return SystemError(ENOMEM);
 }
 
-/// Copies a file under a name that no file has yet. Returns EEXIST where one has; no part of a copy stays.
+/// Copies a file under a name that no file has yet, down to the disk. Returns EEXIST where one has; no part
+/// of a copy stays.
 ReplaceError CopyUnder(const std::string& path, const std::string& name) {
     OpenFile from;
     OpenFile to;
@@ -88,25 +182,35 @@ ReplaceError CopyUnder(const std::string& path, const std::string& name) {
     if (const int error = from.Open(path, O_RDONLY | O_NONBLOCK); error != 0) return SystemError(error);
     if (const int error = to.Open(name, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR); error != 0)
         return SystemError(error);
-    const ReplaceError error = CopyAndFlush(from, to);
+    ReplaceError error = CopyAndFlush(from, to);
+    if (!error) error = FlushFolderOf(name);
     if (error) unlink(name.c_str());
     return error;
 }
 
-/// Step 2: gives a file a second name that no file has yet, by a hard link or else by a copy. Returns EEXIST
-/// where the name is taken.
+/// Returns whether two names belong to one file. A link and the file that it leads to are two.
+bool IsSameFile(const std::string& a, const std::string& b) {
+    struct stat first {};
+    struct stat second {};
+    return Look(a, first) == 0 && Look(b, second) == 0 && first.st_dev == second.st_dev &&
+           first.st_ino == second.st_ino;
+}
+
+/// Steps 2 and 3: gives a file a second name that no file has yet, by a hard link or else by a copy. Returns
+/// EEXIST where another file has the name. A link that an earlier try left there is as good as a new one.
 ReplaceError KeepUnder(const std::string& path, const std::string& name) {
     const int no_link = ErrorOf([&] { return link(path.c_str(), name.c_str()); });
-    if (no_link == 0 || no_link == EEXIST) return SystemError(no_link);
+    if (no_link == 0 || (no_link == EEXIST && IsSameFile(path, name))) return FlushFolderOf(name);
+    if (no_link == EEXIST) return SystemError(no_link);
     ReplaceError error = CopyUnder(path, name);
     if (error.reason == ReplaceReason::kNotCopied) error.number = no_link;
     return error;
 }
 
-/// Returns whether two names belong to one file.
-bool IsSameFile(const std::string& a, const std::string& b) {
-    std::error_code unknown;
-    return std::filesystem::equivalent(a, b, unknown) && !unknown;
+/// Returns the names under which a file may be kept, from number 0.
+std::string BackupName(const std::string& destination, int number) {
+    const std::string name = destination + ".bak";
+    return number == 0 ? name : name + "." + std::to_string(number);
 }
 
 // ---- The new file and its lock ----
@@ -122,8 +226,7 @@ bool Lock(const OpenFile& file) {
 bool StillHasName(const OpenFile& file, const std::string& name) {
     struct stat opened {};
     struct stat named {};
-    return ErrorOf([&] { return fstat(file.Descriptor(), &opened); }) == 0 &&
-           ErrorOf([&] { return lstat(name.c_str(), &named); }) == 0 && opened.st_dev == named.st_dev &&
+    return file.Status(opened) == 0 && Look(name, named) == 0 && opened.st_dev == named.st_dev &&
            opened.st_ino == named.st_ino;
 }
 
@@ -158,26 +261,35 @@ ReplaceError MakeNew(const std::string& beside, OpenFile& file) {
 
 // ---- The replacement ----
 
+/// Step 7: calls the writer. Returns 0, or an errno.
+int WriteContents(const OpenFile& file, const ContentsWriter& write_contents) try {
+    return write_contents(file);
+} catch (const std::bad_alloc&) {
+    return ENOMEM;
+}
+
 /// Step 8: gives the new file the owner and the permissions of the one that it replaces. Its owner may always
-/// read it, or the next start of the program could not. Returns 0, also where there is no old file, or an
-/// errno.
-int TakeOverPermissions(const OpenFile& file, const std::string& replaced) {
+/// read it, or the next start of the program could not. No error where there is no old file.
+ReplaceError TakeOverPermissions(const OpenFile& file, const std::string& replaced) {
     struct stat old {};
     const int error = ErrorOf([&] { return stat(replaced.c_str(), &old); });
-    if (error != 0) return error == ENOENT ? 0 : error;
+    if (error != 0) return SystemError(error == ENOENT ? 0 : error);
+    if (const ReplaceError refused = RefuseType(old.st_mode)) return refused;
     if (old.st_uid != geteuid() || old.st_gid != getegid()) {
         const int not_owned = ErrorOf([&] { return fchown(file.Descriptor(), old.st_uid, old.st_gid); });
         // Only root can give a file away; any other user keeps the new one, and that is no error.
-        if (not_owned != 0 && geteuid() == 0) return not_owned;
+        if (not_owned != 0 && geteuid() == 0) return SystemError(not_owned);
     }
-    return ErrorOf([&] { return fchmod(file.Descriptor(), (old.st_mode & 07777U) | S_IRUSR); });
+    const mode_t mode = (old.st_mode & 07777U) | S_IRUSR;
+    return SystemError(ErrorOf([&] { return fchmod(file.Descriptor(), mode); }));
 }
 
-/// Steps 7 to 9: fills the new file, down to the disk. Returns 0, or an errno.
-int FillNew(const OpenFile& file, const std::string& replaced, const ContentsWriter& write_contents) {
-    if (const int error = write_contents(file); error != 0) return error;
-    if (const int error = TakeOverPermissions(file, replaced); error != 0) return error;
-    return file.Flush();
+/// Steps 7 to 9: fills the new file, down to the disk.
+ReplaceError FillNew(const OpenFile& file, const std::string& replaced,
+                     const ContentsWriter& write_contents) {
+    if (const int error = WriteContents(file, write_contents); error != 0) return SystemError(error);
+    if (const ReplaceError error = TakeOverPermissions(file, replaced)) return error;
+    return SystemError(file.Flush());
 }
 
 /// Step 10: puts the new file in the old one's place.
@@ -191,7 +303,7 @@ ReplaceError PutInPlace(const OpenFile& file, const std::string& beside, const s
 /// Steps 7 to 10. After an error the new file is gone.
 ReplaceError FillAndPutInPlace(const OpenFile& file, const std::string& beside, const std::string& replaced,
                                const ContentsWriter& write_contents) {
-    ReplaceError error = SystemError(FillNew(file, replaced, write_contents));
+    ReplaceError error = FillNew(file, replaced, write_contents);
     if (!error) error = PutInPlace(file, beside, replaced);
     if (error && StillHasName(file, beside)) unlink(beside.c_str());
     return error;
@@ -200,36 +312,37 @@ ReplaceError FillAndPutInPlace(const OpenFile& file, const std::string& beside, 
 }  // namespace
 
 ReplaceError FindDestination(const std::string& path, std::string& destination) {
-    std::filesystem::path found = path;
-    for (int links = 0; links < kLinksOfALoop; ++links) {
-        std::error_code error;
-        const std::filesystem::path target = std::filesystem::read_symlink(found, error);
-        if (error == std::errc::invalid_argument || error == std::errc::no_such_file_or_directory) {
-            destination = found.string();  // no link, or nothing there yet
-            return {};
-        }
-        if (error) return SystemError(error.value());
-        found = found.parent_path() / target;
+    Walk walk(path);
+    while (!walk.AtEnd()) {
+        if (const ReplaceError error = walk.Step()) return error;
     }
-    return {ReplaceReason::kLinkLoop, ELOOP};
+    const ReplaceError refused = RefuseType(walk.Type());
+    if (refused.reason == ReplaceReason::kNotRegular) return refused;
+    destination = walk.Found().string();
+    return {};
 }
 
-ReplaceError SetAside(const std::string& destination) {
+std::string NextBackupName(const std::string& destination) {
+    for (int number = 0;; ++number) {
+        const std::string name = BackupName(destination, number);
+        struct stat status {};
+        if (Look(name, status) != 0 || IsSameFile(destination, name)) return name;
+    }
+}
+
+ReplaceError SetAside(const std::string& destination, std::string& kept_as) {
+    kept_as.clear();
     struct stat status {};
-    const int missing = ErrorOf([&] { return lstat(destination.c_str(), &status); });
+    const int missing = Look(destination, status);
     if (missing != 0) return SystemError(missing == ENOENT ? 0 : missing);
     if (S_ISDIR(status.st_mode)) return {ReplaceReason::kFolder, EISDIR};
-    const std::string backup = destination + ".bak";
-    std::string name = backup;
-    for (int number = 1;; ++number) {
+    for (int number = 0;; ++number) {
+        std::string name = BackupName(destination, number);
         const ReplaceError error = KeepUnder(destination, name);
-        if (!error) break;
-        if (error.number != EEXIST) return error;
-        if (IsSameFile(destination, name)) return {};  // by a save that was killed or failed after step 2
-        name = backup + "." + std::to_string(number);
+        if (error.number == EEXIST) continue;
+        if (!error) kept_as = std::move(name);
+        return error;
     }
-    TryToFlushFolderOf(destination);
-    return {};
 }
 
 ReplaceError ReplaceFile(const std::string& destination, const ContentsWriter& write_contents) {
@@ -238,6 +351,5 @@ ReplaceError ReplaceFile(const std::string& destination, const ContentsWriter& w
     if (const ReplaceError error = MakeNew(beside, file)) return error;
     if (const ReplaceError error = FillAndPutInPlace(file, beside, destination, write_contents)) return error;
     file.Close();
-    TryToFlushFolderOf(destination);
-    return {};
+    return FlushFolderOf(destination);
 }

@@ -11,16 +11,22 @@
 // ---- The steps in their order, and why each stands where it stands ----
 //
 // FindDestination()
-//    1  readlink         Where NAME is a symbolic link, the file that it leads to is the one to replace,
+//    1  lstat, readlink  Where NAME is a symbolic link, the file that it leads to is the one to replace,
 //                        so that the link stays. This comes first because NAME.new and NAME.bak must
 //                        stand in that file's folder: a rename or a hard link cannot cross file systems.
+//                        The path is walked part by part, since a link to a folder may stand on the way
+//                        too. A link that belongs neither to us nor to root is not followed: whoever
+//                        made it could lead us to any file. Only a regular file is replaced, never a
+//                        device, a pipe or a socket, which a program that runs as root could remove.
 //
 // SetAside(), only where the old file is damaged and its bytes are worth keeping
 //    2  link NAME.bak    Gives the old file a second name. A hard link needs neither space on the disk
 //                        nor the right to read. It never overwrites: a name that is taken is skipped for
 //                        NAME.bak.1, NAME.bak.2 ... Where the file system has no hard links, the bytes
-//                        are copied, and the copy is flushed.
-//    3  fsync folder     The second name must be on the disk before step 10 takes the first one away.
+//                        are copied, and the copy is flushed. A name that the old file has already, from
+//                        an earlier try, is as good as a new link.
+//    3  fsync folder     The second name must be on the disk before step 10 takes the first one away,
+//                        also a name from an earlier try: that try may have failed here.
 //
 // ReplaceFile()
 //    4  open NAME.new    With O_EXCL, so that it is a file of our own and no link is followed. With mode
@@ -34,8 +40,9 @@
 //                        removed it as one that was left behind. If NAME.new is no longer our file, we
 //                        start again at 4.
 //    7  write            The new contents, by the caller's function.
-//    8  fchown, fchmod   The old file's owner and permissions. After the writing and in this order,
-//                        because both a write and a change of owner clear the setuid and setgid bits.
+//    8  stat, fchown,    The old file's owner and permissions. After the writing and in this order,
+//       fchmod           because both a write and a change of owner clear the setuid and setgid bits. The
+//                        file's type is looked at once more.
 //    9  fsync NAME.new   Contents and permissions must be on the disk before the name leads to them.
 //                        Otherwise some file systems write the rename to the disk first, and a power cut
 //                        leaves an empty file.
@@ -61,10 +68,17 @@
 //
 // ---- What an error means, and what the caller must do ----
 //
-// After every error the old file is whole and has its name; a NAME.new of our own is removed. Nothing needs
-// to be undone: keep the contents in memory, tell the user, and try again at the next opportunity. What each
-// error means stands at ReplaceReason.
-// Deliberate: a folder that cannot be flushed (3, 12) is no error. Some file systems cannot flush folders.
+// After every error but one the old file is whole and has its name; a NAME.new of our own is removed. The one
+// is an error of 12: the new file has taken the old one's place, but after a power cut the old one may be
+// back. Nothing needs to be undone in either case: keep the contents in memory, tell the user, and try again
+// at the next opportunity. What each error means stands at ReplaceReason.
+//
+// A call that a signal interrupts (EINTR) is repeated and is no error, except close: it is never repeated,
+// because the descriptor is free even then.
+//
+// A folder that cannot be flushed at all (3, 12) is no error: some file systems have no flush for folders
+// (EINVAL, EOPNOTSUPP, ENOSYS), and a folder that may be written to but not read (EACCES, EPERM) cannot be
+// opened for it. Every other failure of the flush is an error, since a later one may succeed.
 #pragma once
 
 #include <functional>
@@ -80,7 +94,9 @@ enum class ReplaceReason {
     kOtherProgram,  ///< another program is replacing the same file; a later try is likely to succeed
     kObstacle,      ///< something that cannot be removed has the new file's name, such as a folder (EEXIST)
     kFolder,        ///< a folder has the file's name (EISDIR)
-    kLinkLoop,      ///< the symbolic links lead in a circle, or there are 40 or more of them (ELOOP)
+    kNotRegular,    ///< a device, a pipe or a socket has the file's name (ENXIO)
+    kForeignLink,   ///< a symbolic link on the way belongs neither to the user nor to root (EACCES)
+    kLinkLoop,      ///< the symbolic links lead in a circle, or there are more than 40 of them (ELOOP)
     kNotCopied,     ///< the file cannot be set aside: no hard link could be made, with the errno of that, and
                     ///< no copy, because it is no regular file or became shorter meanwhile
 };
@@ -94,17 +110,26 @@ struct [[nodiscard]] ReplaceError {
 };
 
 /// Writes the new contents to a file that is open for writing. Returns 0, or the errno that
-/// OpenFile::Write() returned; then the old file stays.
+/// OpenFile::Write() returned; then the old file stays. It stays also where this throws std::bad_alloc, which
+/// is ENOMEM.
 using ContentsWriter = std::function<int(const OpenFile&)>;
 
 /// Finds the file that is to be replaced: `path`, or what it leads to if it is a symbolic link. The file need
-/// not exist. `destination` is set unless there is an error.
+/// not exist. `destination` is set unless there is an error. A folder is found like a file; the other
+/// functions refuse it.
+///
+/// This and the functions below throw std::bad_alloc where there is no memory for a name; nothing is left
+/// behind then.
 ReplaceError FindDestination(const std::string& path, std::string& destination);
 
 /// Keeps a file under a second name that no file has yet: its own with ".bak" added, then ".bak.1" and so on.
 /// It keeps its first name too. A file that does not exist needs no keeping. `destination` comes from
-/// FindDestination().
-ReplaceError SetAside(const std::string& destination);
+/// FindDestination(). `kept_as` is set to the second name; to an empty one where there was no file, or an
+/// error.
+ReplaceError SetAside(const std::string& destination, std::string& kept_as);
+
+/// Returns the name under which SetAside() would keep a file now.
+std::string NextBackupName(const std::string& destination);
 
 /// Replaces a file, or makes it: see above. A new file can be read and written by its owner alone; one that
 /// replaces another takes over its permissions, and is always readable by its owner. `destination` comes from

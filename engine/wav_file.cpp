@@ -44,10 +44,9 @@ struct Chunks {
     std::optional<Audio> audio;
 };
 
-/// Ends the program. Not by exit(), whose handlers let OpenAL print a line about the device that is still
-/// open.
+/// Ends the program, after what is registered for its end.
 [[noreturn]] void End(WaveStatus status) {
-    std::quick_exit(status);
+    std::exit(status);
 }
 
 // ---- Parts of a file ----
@@ -131,7 +130,7 @@ void* ReadAudio(std::FILE* file, const Audio& audio) {
 }  // namespace
 
 int LoadWAVFile(const char* path, int* format, void** data, int* size, int* freq, double* duration) {
-    const File file(std::fopen(path, "rbe"));
+    const File file = OpenRegularFile(path);
     if (file == nullptr || !IsWave(file.get())) End(kNotAWaveFile);
     const Chunks chunks = FindChunks(file.get());
     if (!chunks.format) End(kNoFormat);

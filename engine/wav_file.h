@@ -8,14 +8,14 @@
 //   https://learn.microsoft.com/en-us/windows/win32/api/mmreg/ns-mmreg-waveformatextensible
 //   https://www.rfc-editor.org/rfc/rfc2361 (the format tags)
 //
-// The sounds ship with the program. A file that cannot be played ends it at once; the exit status says why,
-// and nothing is printed.
+// The sounds ship with the program. A file that cannot be played ends it by exit(); the status says why, and
+// nothing is printed.
 // Deliberate: there is no error return.
 #pragma once
 
 /// Exit statuses of LoadWAVFile().
 enum WaveStatus {
-    kNotAWaveFile = 1,        ///< missing, unreadable, or no RIFF container of the type WAVE
+    kNotAWaveFile = 1,        ///< missing, unreadable, no regular file, or no RIFF container of the type WAVE
     kNoFormat = 2,            ///< no format chunk, or one that is too short
     kNotLinearPcm = 3,        ///< compressed
     kNoAudio = 4,             ///< no data chunk

@@ -6,6 +6,7 @@
 //   NAME_fuzzer --seeds FOLDER     writes the seeds into a folder, and ends
 #include "fuzz/fuzzer.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -67,6 +68,11 @@ std::string ReadFile(const char* name) {
           "a file can be read back");
     close(file);
     return bytes;
+}
+
+void EndAsUsual(int status) {
+    reinterpret_cast<void (*)(int)>(dlsym(RTLD_NEXT, "exit"))(status);
+    std::abort();  // never reached
 }
 
 void Check(bool holds, const char* promise) {

@@ -36,6 +36,9 @@ void WriteFile(const char* name, const void* bytes, std::size_t size);
 /// Returns a file's bytes; empty where there is none.
 std::string ReadFile(const char* name);
 
+/// Ends the process as the C library's exit() does, for a fuzzer that has put one of its own before it.
+[[noreturn]] void EndAsUsual(int status);
+
 /// Ends the fuzzer, with the input as a finding, where a promise does not hold.
 void Check(bool holds, const char* promise);
 

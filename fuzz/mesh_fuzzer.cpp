@@ -6,7 +6,6 @@
 // second, simple-minded parser finds in the same bytes.
 #include <GL/gl.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -91,7 +90,7 @@ std::span<const Record> All(const std::unique_ptr<Record[]>& records, int count)
     return {records.get(), static_cast<std::size_t>(count)};
 }
 
-/// Returns all that is in a model, its indices in range.
+/// Returns all that is in a model, its indices of vertices and triangles in range.
 std::string BytesOf(const Model& model) {
     std::string bytes = Count(model.vertex_count);
     for (const Model::Vertex& vertex : All(model.vertices, model.vertex_count)) {
@@ -110,7 +109,8 @@ std::string BytesOf(const Model& model) {
         for (const int triangle : All(mesh.triangles, mesh.triangle_count)) {
             bytes += Index(triangle, model.triangle_count);
         }
-        bytes += mesh.material == -1 ? Number(0xFFFF, 2) : Index(mesh.material, model.material_count);
+        Check(-128 <= mesh.material && mesh.material <= 127, "a material's index is a byte with a sign");
+        bytes += Number(static_cast<unsigned>(mesh.material), 1);
     }
     bytes += Count(model.material_count);
     for (const Model::Material& material : All(model.materials, model.material_count)) {
@@ -182,7 +182,6 @@ std::optional<std::string> ExpectedOf(std::string_view file) {
     }
 
     const unsigned meshes = place.Number(2);
-    unsigned materials_used = 0;
     bytes += Number(meshes, 2);
     for (unsigned i = 0; i < meshes && !place.Beyond(); ++i) {
         place.at += 33;
@@ -193,15 +192,10 @@ std::optional<std::string> ExpectedOf(std::string_view file) {
             if (triangle >= triangles) return {};
             bytes += Number(triangle, 2);
         }
-        const unsigned material = place.Number(1);
-        const bool none = material == 0xFF;
-        if (!none && material > 0x7F) return {};
-        if (!none) materials_used = std::max(materials_used, material + 1);
-        bytes += Number(none ? 0xFFFF : material, 2);
+        bytes += place.Bytes(1);
     }
 
     const unsigned materials = place.Number(2);
-    if (materials < materials_used) return {};
     bytes += Number(materials, 2);
     for (unsigned i = 0; i < materials && !place.Beyond(); ++i) {
         const std::string material = place.Bytes(361);

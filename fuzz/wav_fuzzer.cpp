@@ -4,8 +4,8 @@
 // Any bytes as a sound: the input is the file "sound.wav". What the reader gives, or the status with which it
 // would end the program, is compared with what a second, simple-minded parser finds in the same bytes.
 #include <AL/al.h>
+#include <dlfcn.h>
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <csetjmp>
@@ -22,7 +22,7 @@
 //
 // The reader ends the program where it does not like a file. Here the end is a jump back to the input, past
 // the reader's own tidying up: hence the file that it has opened is closed here. An exception would do that,
-// but cannot leave quick_exit, which the C library declares as one that throws none.
+// but cannot leave exit, which the C library declares as one that throws none.
 
 namespace {
 
@@ -38,22 +38,18 @@ bool IsOpen() {
 
 }  // namespace
 
-/// Stands before the C library's: jumps out of the reader. Whoever else calls it ends the fuzzer.
-extern "C" void quick_exit(int status) noexcept {
-    if (!reading) _exit(status);
+/// Stands before the C library's: jumps out of the reader. Whoever else calls it ends the fuzzer as usual.
+extern "C" void exit(int status) noexcept {
+    if (!reading) fuzz::EndAsUsual(status);
     ended_with = status;
     std::longjmp(back, 1);
 }
 
 /// Stands before the C library's: notes the reader's file. Serves libFuzzer, too.
-extern "C" std::FILE* fopen(const char* path, const char* mode) {
-    const bool writes = mode[0] == 'w';
-    const int flags = writes           ? O_WRONLY | O_CREAT | O_TRUNC
-                      : mode[0] == 'a' ? O_WRONLY | O_CREAT | O_APPEND
-                                       : O_RDONLY;
-    const int descriptor = open(path, flags | O_CLOEXEC, 0666);
-    if (descriptor < 0) return nullptr;
-    std::FILE* file = fdopen(descriptor, mode);
+extern "C" std::FILE* fdopen(int descriptor, const char* mode) noexcept {
+    using Function = std::FILE*(int, const char*);
+    static auto* const of_the_library = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "fdopen"));
+    std::FILE* file = of_the_library(descriptor, mode);
     if (!reading) return file;
     fuzz::Check(opened == nullptr, "the file is opened once");
     opened = file;

@@ -13,6 +13,7 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -654,6 +655,25 @@ TEST_F(TheCalendar, KeepsWhatWasConfirmedWhenItIsKilled) {
     EXPECT_EQ(RowName(0), "Prima");
     EXPECT_EQ(RowName(1), "");
     EXPECT_EQ(program().Said(), "");
+}
+
+TEST_F(TheCalendar, ShowsByItsTitleWhatIsUnsavedAndSavesItByItself) {
+    Begin({});
+    const std::string store = program().Files().Path(kStoreFile);
+    std::filesystem::remove(store);
+    std::filesystem::create_directory(store);  // nothing can be saved in its place
+    OpenFresh();
+    Click(kConfirm);
+    EXPECT_TRUE(WaitUntil([&] { return desk.FindWindow("*Ulmaro Assistant") != None; }, 5));
+
+    std::filesystem::remove(store);
+    program().LetTimePass(1.5);
+
+    EXPECT_TRUE(WaitUntil([&] { return desk.FindWindow(Program::kTitle) != None; }, 5));
+    EXPECT_TRUE(Stores({Fresh()}));
+    EXPECT_EQ(program().Said(),
+              "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": al suo posto c'e' una "
+              "cartella.\n");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -43,6 +44,11 @@ void Folder::LinkAll(const std::string& other) const {
 
 void Folder::Remove(const std::string& file) const {
     files::remove(Path(file));
+}
+
+void Folder::MakePipe(const std::string& file) const {
+    Remove(file);
+    if (mkfifo(Path(file).c_str(), S_IRUSR | S_IWUSR) != 0) Fail("no pipe " + file);
 }
 
 void Folder::Write(const std::string& file, const std::string& bytes) const {
@@ -321,6 +327,7 @@ Program::Program(Desktop& desktop, const Start& start) : desktop_(desktop), star
     if (start.all_files) files_.LinkAll(ULMARO_DATA);
     for (const auto& [file, bytes] : start.spoilt) files_.Write(file, bytes);
     for (const std::string& file : start.missing) files_.Remove(file);
+    for (const std::string& file : start.pipes) files_.MakePipe(file);
     OpenProbe();
     SetClock(start.clock);
     StartProcess();
@@ -338,7 +345,6 @@ void Program::StartProcess() {
     command.error_file = output_.Path("said");
     command.environment = {
         {"DISPLAY", desktop_.Name()},
-        {"ALSOFT_LOGLEVEL", "0"},    // OpenAL keeps to itself that the device was never closed
         {"ALSOFT_DRIVERS", "null"},  // no sound card in a test
         {"LD_PRELOAD", PreloadOf(start_)},
         {kProbeVariable, output_.Path("probe")},

@@ -59,6 +59,9 @@ class Folder {
     /// Removes a file or link.
     void Remove(const std::string& file) const;
 
+    /// Puts a named pipe in the place of whatever had the name.
+    void MakePipe(const std::string& file) const;
+
     /// Puts a file with these bytes in the place of whatever had the name.
     void Write(const std::string& file, const std::string& bytes) const;
 
@@ -134,6 +137,7 @@ struct Start {
     bool all_files = true;                      ///< every data file is there; else the folder starts empty
     std::map<std::string, std::string> spoilt;  ///< files that hold these bytes instead
     std::vector<std::string> missing;           ///< files that are not there
+    std::vector<std::string> pipes;             ///< files that are named pipes instead
     std::map<std::string, std::string> environment;  ///< added to the environment
     std::vector<std::string> preload;                ///< libraries loaded ahead, such as libfaketime
     bool wait_for_window = true;           ///< the program is expected to show its window and frames

@@ -164,5 +164,20 @@ TEST_F(TheEffects, SmokeRisesFromTheHatUntilTheOfferLapses) {
     EXPECT_LT(Strangeness(lapsed, kSmokePart), kNothing);
 }
 
+TEST_F(TheEffects, AreMissedInALineEachAndThePictureMovesOn) {
+    Start start;
+    start.missing = {"smoke.zfx"};
+    start.pipes = {"sleep.zfx"};
+    Program& program = Run(start);
+
+    program.WaitForFrames(5);
+
+    EXPECT_EQ(
+        program.Said(),
+        "Ulmaro Assistant: non riesco a leggere l'effetto \"sleep.zfx\": manca o non e' un file di effetti.\n"
+        "Ulmaro Assistant: non riesco a leggere l'effetto \"smoke.zfx\": manca o non e' un file di "
+        "effetti.\n");
+}
+
 }  // namespace
 }  // namespace desktop

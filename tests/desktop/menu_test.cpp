@@ -5,6 +5,7 @@
 //
 // The program's clock is in the test's hand unless a test says otherwise, so the owl holds still.
 #include <fcntl.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <array>
@@ -76,7 +77,7 @@ std::string IconIn(const Image& image, std::size_t item) {
 }
 
 /// A browser that the test has in hand: a program called xdg-open in a folder of its own. It writes down what
-/// it was called with and which descriptors it got, and stays until it is closed.
+/// it was called with, its session and which descriptors it got, and stays until it is closed.
 class Browser {
   public:
     Browser() {
@@ -91,8 +92,11 @@ class Browser {
     /// Returns a PATH that finds this browser first.
     std::string SearchPath() const {
         const char* others = std::getenv("PATH");
-        return folder_.Path() + ":" + (others != nullptr ? others : "/usr/bin:/bin");
+        return SearchPathWith(others != nullptr ? others : "/usr/bin:/bin");
     }
+
+    /// Returns a PATH of this browser and of those other folders only.
+    std::string SearchPathWith(const std::string& others) const { return folder_.Path() + ":" + others; }
 
     /// Waits until the browser was called. Returns the calls' arguments, one a line after their number; empty
     /// when nobody called within 10 seconds.
@@ -109,6 +113,14 @@ class Browser {
         return numbers;
     }
 
+    /// Returns the number of the session that the browser is in; 0 when nobody called it.
+    pid_t Session() const {
+        std::istringstream text(folder_.Read("session"));
+        pid_t number = 0;
+        text >> number;
+        return number;
+    }
+
     bool Open() const { return !folder_.Read("called").empty() && folder_.Read("closed").empty(); }
 
     /// Closes the browser and waits for its end.
@@ -121,6 +133,8 @@ class Browser {
   private:
     static constexpr char kScript[] = R"(
 ls /proc/self/fd >descriptors
+read -r id name state parent group session rest </proc/$$/stat
+echo "$session" >session
 printf '%s\n' $# "$@" >>called
 while [ -e stay ]; do sleep 0.05; done
 echo x >closed
@@ -341,6 +355,36 @@ TEST_F(TheMenu, HandsTheBrowserNoneOfItsDescriptors) {
 
     // In, out, error; and the folder of descriptors that the listing program reads.
     EXPECT_EQ(browser.Descriptors(), (std::vector<int>{0, 1, 2, 3}));
+}
+
+TEST_F(TheMenu, GivesTheBrowserASessionOfItsOwn) {
+    Browser browser;
+    Program& program = RunMenu(With(browser));
+    const pid_t ours = getsid(program.Child().Id());
+    ASSERT_GT(ours, 0);
+
+    program.Click(Middle(kBrowse));
+    ASSERT_NE(browser.Called(), "");
+
+    EXPECT_GT(browser.Session(), 0);
+    EXPECT_NE(browser.Session(), ours);
+    EXPECT_EQ(program.Said(), "");
+}
+
+TEST_F(TheMenu, OpensTheBrowserAlsoWhereNothingMakesSessions) {
+    const Folder tools;  // those that the stand-in for the browser calls
+    for (const std::string tool : {"ls", "sleep"})
+        std::filesystem::create_symlink("/bin/" + tool, tools.Path(tool));
+    Browser browser;
+    Start start;
+    start.environment["PATH"] = browser.SearchPathWith(tools.Path());
+    Program& program = RunMenu(start);
+
+    program.Click(Middle(kBrowse));
+
+    EXPECT_EQ(browser.Called(), "1\nhttps://duckduckgo.com/\n");
+    EXPECT_EQ(browser.Session(), getsid(program.Child().Id()));
+    EXPECT_EQ(program.Said(), "");
 }
 
 TEST_F(TheMenu, SaysNothingAndGoesOnWhereThereIsNoBrowser) {

@@ -22,19 +22,19 @@ using Sounds = std::vector<std::string>;
 
 constexpr CanvasPoint kMenuSound = {44.5, 45};
 
+/// Returns an event that was due long ago.
+Record Late() {
+    Record late;
+    late.day = late.month = 1;
+    late.year = 2020;
+    return late;
+}
+
 class TheSound : public OnDesktop {
   protected:
     void SetUp() override {
         questions.clear();
         GenQuestions();
-    }
-
-    /// Returns an event that was due long ago.
-    static Record Late() {
-        Record late;
-        late.day = late.month = 1;
-        late.year = 2020;
-        return late;
     }
 
     /// Starts the program with these events, its clock in hand.
@@ -163,6 +163,60 @@ TEST_F(TheSound, StopsWhenItIsSwitchedOff) {
     Heard();
 
     EXPECT_EQ(LoudestOfTheLastSecond(), 0);
+}
+
+// ---- The end ----
+
+/// The end of a program that plays on OpenAL's null device.
+class TheSoundsEnd : public OnDesktop {
+  protected:
+    /// Returns a start with an event that is due: "notify.wav" is played at once.
+    static Start WithNotice() {
+        Start start;
+        start.environment["ALSOFT_DRIVERS"] = "null";
+        start.spoilt[kStoreFile] = StoreBytes({Late()});
+        return start;
+    }
+};
+
+TEST_F(TheSoundsEnd, IsTheProgramsWithoutAWordWhereASoundIsMissing) {
+    Start start = WithNotice();
+    start.missing = {"notify.wav"};
+    start.wait_for_window = false;
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said(), "");
+}
+
+TEST_F(TheSoundsEnd, IsTheProgramsWithoutAWordWhereAPipeIsInASoundsPlace) {
+    Start start = WithNotice();
+    start.pipes = {"notify.wav"};
+    start.wait_for_window = false;
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said(), "");
+}
+
+TEST_F(TheSoundsEnd, ComesWithoutAWordWhenTheWindowIsClosedWhileASoundIsPlayed) {
+    Program& program = Run(WithNotice());
+
+    program.Close();
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 0);
+    EXPECT_EQ(program.Said(), "");
+}
+
+TEST_F(TheSoundsEnd, ComesWithoutAWordWhenTheWindowIsClosedAndThereIsNoDevice) {
+    Start start = WithNotice();
+    start.environment["ALSOFT_DRIVERS"] = "none";
+    Program& program = Run(start);
+
+    program.Close();
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 0);
+    EXPECT_EQ(program.Said(), "");
 }
 
 }  // namespace

@@ -251,8 +251,6 @@ INSTANTIATE_TEST_SUITE_P(
         BadPicture{"Empty", "font", "", "il file e' troncato"},
         BadPicture{"CutInTheHeader", "sleep", std::string(5, '\x01'), "il file e' troncato"},
         BadPicture{"CutInThePixels", "stand_02", Header(8) + std::string(255, 'x'), "il file e' troncato"},
-        BadPicture{"TooLong", "ic9", Header(8) + std::string(257, 'x'),
-                   "le sue misure non corrispondono alla lunghezza del file"},
         BadPicture{"OfNoSize", "GUI_03", Header(0), "le sue misure sono zero"},
         BadPicture{"OfAbsurdSize", "notify", Header(0xFFFFFFFF), "le sue misure sono troppo grandi"}),
     [](const auto& test) { return test.param.what; });

@@ -207,6 +207,20 @@ ALCboolean alcMakeContextCurrent(ALCcontext* context) {
     return ALC_TRUE;
 }
 
+// The logged number says whether there was a context: 1, or 0 for null.
+void alcDestroyContext(ALCcontext* context) {
+    Record("alcDestroyContext", {context != nullptr ? 1 : 0});
+    if (context != nullptr) --al().contexts;
+}
+
+// The logged number says whether there was a device: 1, or 0 for null.
+ALCboolean alcCloseDevice(ALCdevice* device) {
+    Record("alcCloseDevice", {device != nullptr ? 1 : 0});
+    if (device == nullptr) return ALC_FALSE;
+    --al().open_devices;
+    return ALC_TRUE;
+}
+
 ALenum alGetError() {
     Record("alGetError");
     const ALenum error = al().error;

@@ -63,8 +63,8 @@ struct Al {
     std::map<ALuint, Source> sources;  ///< live names only; names are 1, 2, ... never used twice
     std::map<ALuint, Buffer> buffers;
     Listener listener;
-    int open_devices = 0;
-    int contexts = 0;  ///< made by alcCreateContext and not destroyed
+    int open_devices = 0;  ///< opened and not closed
+    int contexts = 0;      ///< made by alcCreateContext and not destroyed
     std::vector<std::string> errors;
 
     // What tests set.

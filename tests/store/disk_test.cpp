@@ -219,26 +219,33 @@ TEST(Disk, AReplacedFileIsReadableByItsOwnerWhateverItWas) {
     Folder folder;
     const Worker::Start start = StartOverUnreadableStore(folder);
 
-    const End first = RunWorker(folder, "load events 40 save", start);
+    const End first = RunWorker(folder, "events 40 save", start);
     EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0400U);
     const End second = RunWorker(folder, "load save", start);
 
     EXPECT_EQ(first.error + second.error, "");
     EXPECT_EQ(folder.Read("database.bin"), FileBytes(40)) << "the next start must find the events";
-    EXPECT_EQ(folder.Names(), (Names{"database.bin", "database.bin.bak"}));
+    EXPECT_EQ(folder.Names(), Names{"database.bin"});
 }
 
-TEST(Disk, AnUnreadableFileIsSetAside) {
+TEST(Disk, AnUnreadableFileIsNotReplacedUntilItCanBeRead) {
     Folder folder;
     const Worker::Start start = StartOverUnreadableStore(folder);
 
-    const End end = RunWorker(folder, "load events 40 save", start);
+    Worker worker(folder, "load add 40 save wait retry 2", start);
+    worker.Line();
+    EXPECT_EQ(ModeOf(folder.Path("database.bin")), 0U);
+    EXPECT_EQ(folder.Names(), Names{"database.bin"});
+    files::permissions(folder.Path("database.bin"), files::perms(0600));
+    EXPECT_EQ(folder.Read("database.bin"), FileBytes(3));
+    worker.GoOn();
+    const End end = worker.WaitForEnd();
 
-    EXPECT_EQ(end.error, "");
-    EXPECT_EQ(folder.Read("database.bin"), FileBytes(40));
-    ASSERT_EQ(folder.Names(), (Names{"database.bin", "database.bin.bak"}));
-    files::permissions(folder.Path("database.bin.bak"), files::perms(0600));
-    EXPECT_EQ(folder.Read("database.bin.bak"), FileBytes(3));
+    EXPECT_TRUE(end.Well());
+    EXPECT_TRUE(IsOneComplaint(LinesWith(kFailedLine, end.error), "manca il permesso di leggerlo"))
+        << end.error;
+    EXPECT_EQ(folder.Read("database.bin")->substr(4), FileBytes(3).substr(4) + FileBytes(40).substr(4));
+    EXPECT_EQ(folder.Names(), Names{"database.bin"});
 }
 
 TEST(Disk, AnUnreadableFileThatSomebodyElsesSaveLeftBesideIsClearedAway) {
@@ -292,7 +299,9 @@ TEST(Disk, ADamagedFileIsKeptOnceHoweverOftenItIsSaved) {
 
     const End end = RunWorker(folder, "load events 40 save save save");
 
-    EXPECT_EQ(end.error, "");
+    EXPECT_EQ(LinesWith(kFailedLine, end.error), "");
+    EXPECT_EQ(LinesWith(kKeptLine, end.error),
+              "Ulmaro Assistant: il vecchio \"database.bin\" e' conservato come \"database.bin.bak\".\n");
     EXPECT_EQ(folder.Read("database.bin.bak"), damaged);
     EXPECT_EQ(folder.Names(), (Names{"database.bin", "database.bin.bak"}));
 }
@@ -301,6 +310,21 @@ TEST(Disk, ADamagedFileIsKeptOnceHoweverOftenItIsSaved) {
 void LimitMemory(rlim_t bytes) {
     const rlimit limit = {bytes, bytes};
     setrlimit(RLIMIT_DATA, &limit);
+}
+
+TEST(Disk, MoreEventsThanMemoryEndTheProgramWithALineAndTheStatusOne) {
+    Folder folder;
+    const std::string bytes = FileBytes(100'000);
+    folder.Write("database.bin", bytes);
+    Worker::Start start;
+    start.before = [] { LimitMemory(rlim_t{16} << 20); };
+
+    const End end = RunWorker(folder, "load save", start);
+
+    EXPECT_EQ(end.ExitStatus(), 1);
+    EXPECT_EQ(end.error,
+              "Ulmaro Assistant: non c'e' abbastanza memoria per gli eventi di \"database.bin\".\n");
+    EXPECT_EQ(folder.Read("database.bin"), bytes);
 }
 
 TEST(Disk, ACountOfTwoThousandMillionsTakesNoMoreMemoryThanTheFileAndAThousandEvents) {

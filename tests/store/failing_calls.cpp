@@ -15,6 +15,7 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdlib>
+#include <new>
 #include <string>
 
 namespace {
@@ -23,9 +24,12 @@ bool watching = false;
 bool full = false;
 bool replaced = false;  ///< a rename has been done
 int calls = 0;
-const char* spoilt = "none";
-std::string made;      ///< what CallsMade() returns
-int locked_file = -1;  ///< of the other program, open
+std::string spoilt = "none";  ///< what SpoiltCall() returns
+bool inside = false;          ///< this library is at work, whose memory is not spoilt
+int allocations = 0;
+int spoilt_allocation = 0;  ///< the number of the one that fails; 0 for none
+std::string made;           ///< what CallsMade() returns
+int locked_file = -1;       ///< of the other program, open
 
 /// Returns the function that would have been called without this library.
 template <typename Function>
@@ -50,6 +54,11 @@ ino_t InodeOf(const char* path) {
     return Next<decltype(&lstat)>("lstat")(path, &status) == 0 ? status.st_ino : 0;
 }
 
+bool IsFolder(int file) {
+    struct stat status {};
+    return Next<decltype(&fstat)>("fstat")(file, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 /// Does what another program might do: puts half a file in the new file's place.
 void Steal(bool locked) {
     constexpr char kNewFile[] = "database.bin.new";
@@ -64,16 +73,25 @@ void Steal(bool locked) {
         Next<decltype(&close)>("close")(file);
 }
 
+/// Marks the time in which this library is at work.
+struct Inside {
+    Inside() { inside = true; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+    ~Inside() { inside = false; }
+};
+
 /// Counts a call of that name, about a file; returns in which way it is spoilt, empty for no way.
 template <typename File>
 std::string SpoiltWay(const char* name, const File& file) {
     if (!watching) return "";
+    const Inside at_work;
     ++calls;
     made += std::string(name) + " " + std::to_string(InodeOf(file)) + "\n";
     const std::string wanted = Variable("ULMARO_SPOIL_CALL");
-    const bool first_of_name = wanted == name && spoilt == std::string("none");
+    const bool first_of_name = wanted == name && spoilt == "none";
     if (wanted != std::to_string(calls) && !first_of_name) return "";
-    spoilt = replaced ? "late" : name;
+    spoilt = replaced ? std::string("late ") + name : name;
     return Variable("ULMARO_SPOIL_WAY");
 }
 
@@ -82,6 +100,8 @@ int ErrorOf(const std::string& way) {
     if (way == "eio") return EIO;
     if (way == "enospc") return ENOSPC;
     if (way == "eintr") return EINTR;
+    if (way == "emfile") return EMFILE;
+    if (way == "eacces") return EACCES;
     return 0;
 }
 
@@ -110,6 +130,8 @@ Result Spoil(const char* name, const File& file, const Call& call, bool fails_do
 }  // namespace
 
 void WatchCalls() {
+    allocations = 0;
+    spoilt_allocation = std::atoi(Variable("ULMARO_SPOIL_MEMORY").c_str());
     watching = true;
     replaced = false;
     calls = 0;
@@ -119,14 +141,34 @@ void WatchCalls() {
 
 int ReleaseCalls() {
     watching = false;
+    spoilt_allocation = 0;
     full = false;
     if (locked_file >= 0) close(locked_file);
     locked_file = -1;
     return calls;
 }
 
+int AllocationsMade() {
+    return allocations;
+}
+
+void* operator new(std::size_t bytes) {
+    const bool spoil = watching && !inside && ++allocations == spoilt_allocation;
+    void* memory = spoil ? nullptr : std::malloc(bytes);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
 const char* SpoiltCall() {
-    return spoilt;
+    return spoilt.c_str();
 }
 
 const char* CallsMade() {
@@ -173,6 +215,11 @@ int close(int file) {
 }
 
 int fsync(int file) {
+    if (watching && !Variable("ULMARO_NO_FOLDER_FLUSH").empty() && IsFolder(file)) {
+        SpoiltWay("no flush", file);
+        errno = EINVAL;
+        return -1;
+    }
     return Spoil<int>("fsync", file, [&] { return Next<decltype(&fsync)>("fsync")(file); });
 }
 

@@ -7,7 +7,8 @@
 // number, from 1, stands in the environment variable ULMARO_SPOIL_CALL, or the first of the name that stands
 // there, in the way that ULMARO_SPOIL_WAY names:
 //
-//   eio, enospc, eintr   it does nothing but fail with that error; close closes all the same
+//   eio, enospc, eintr,  it does nothing but fail with that error; close closes all the same
+//   emfile, eacces
 //   short                a write takes half of its bytes, at least one; other calls are left alone
 //   full                 as short, and every later write finds no space
 //   kill                 the process is killed instead
@@ -17,8 +18,10 @@
 //                        the place of "database.bin.new"
 //   steal-locked         as steal, but it locks its file, until ReleaseCalls()
 //
+// Where ULMARO_SPOIL_MEMORY has a number from 1, the allocation of that number throws std::bad_alloc.
+//
 // Where ULMARO_NO_LINKS is set, every hard link fails: the file system has none. Where ULMARO_NO_LOCKS is
-// set, every lock fails.
+// set, every lock fails. Where ULMARO_NO_FOLDER_FLUSH is set, so does every flush of a folder.
 #pragma once
 
 /// Starts to count.
@@ -27,7 +30,11 @@ void WatchCalls();
 /// Stops; returns how many calls there were.
 int ReleaseCalls();
 
-/// Returns the name of the call that was spoilt; "none" where none was, "late" where it came after a rename.
+/// Returns how many allocations there were.
+int AllocationsMade();
+
+/// Returns the name of the call that was spoilt; "none" where none was. "late " precedes the name
+/// where it came after a rename.
 const char* SpoiltCall();
 
 /// Returns the calls that were counted, one a line: the name, a space and the inode number of the file that

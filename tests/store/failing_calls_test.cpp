@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Every system call of a save fails once, in every way, in stores of every kind: the file stays one complete
-// version, the failure is told in one line, and the next save works.
+// version, the failure is told in one line, and the next save works. So does every call of a load and the
+// save after it: no event is lost. And so does every allocation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <ostream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "tests/store/workshop.h"
 
@@ -62,7 +64,8 @@ const Scene kScenes[] = {
      .environment = {{"ULMARO_NO_LINKS", "1"}}},
 };
 
-const char* const kWays[] = {"eio", "enospc", "eintr", "short", "full", "kill", "kill-after"};
+const char* const kWays[] = {"eio",   "enospc", "eintr", "emfile",    "eacces",
+                             "short", "full",   "kill",  "kill-after"};
 
 class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*>> {
   protected:
@@ -82,14 +85,19 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
         return RunWorker(folder_, "load events 40 watch save release copy seen save", start);
     }
 
-    /// Returns whether a save must not go on after what was spoilt: a step before the replacement, on which
-    /// the new file's bytes, their safety on the disk or its permissions depend.
+    /// Returns whether a save must not be told as done after what was spoilt: a step before the replacement,
+    /// on which the new file's bytes, their safety on the disk or its permissions depend, or the flush after
+    /// it.
     bool MustFail(const std::string& call) const {
-        if (Before().damaged || call == "none" || call == "late" || Way() == "short") return false;
+        if (call == "none" || Way() == "short" || Way() == "eintr") return false;
         if (Way() == "full") return call == "write";
-        if (Way() == "eintr" && call == "write") return false;
+        if (call == "late fsync") return true;
+        if (call == "late open") return Way() != "eacces";  // a folder that may not be read is not flushed
+        if (Before().damaged || IsLate(call)) return false;
         return call != "unlink" && !IsAboutOthers(call);
     }
+
+    static bool IsLate(const std::string& call) { return call.starts_with("late "); }
 
     /// Returns whether a call only finds out about other programs that save. Without a damaged file no other
     /// call of these names comes before the replacement.
@@ -97,10 +105,10 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
         return call == "flock" || call == "fstat" || call == "lstat";
     }
 
-    /// Returns whether a save must get over what was spoilt: a write that stops short or is interrupted, and
-    /// a lock, which some file systems do not know.
+    /// Returns whether a save must get over what was spoilt: a write that stops short, a call that is
+    /// interrupted, and a lock, which some file systems do not know.
     bool MustWork(const std::string& call) const {
-        return Way() == "short" || call == "flock" || (Way() == "eintr" && call == "write");
+        return Way() == "short" || Way() == "eintr" || call == "flock";
     }
 
     /// Returns how many files that were set aside there are.
@@ -126,22 +134,41 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
         EXPECT_TRUE(end.Well());
         const std::string call =
             end.out.substr(end.out.find(' ') + 1, end.out.find('\n') - end.out.find(' ') - 1);
+        const std::string complaint = LinesWith(kFailedLine, end.error);
         if (MustWork(call)) {
-            EXPECT_EQ(end.error, "") << "the save gave up";
+            EXPECT_EQ(complaint, "") << "the save gave up";
         }
         if (MustFail(call)) {
-            EXPECT_FALSE(end.error.empty()) << "the error of " << call << " was ignored";
+            EXPECT_FALSE(complaint.empty()) << "the error of " << call << " was ignored";
+        }
+        if (!complaint.empty()) {
+            EXPECT_TRUE(IsOneComplaint(complaint)) << complaint;
         }
         if (Bytes("seen") == FileBytes(40)) {
-            EXPECT_EQ(end.error, "") << "a save that worked has nothing to say";
+            EXPECT_TRUE(complaint.empty() || IsLate(call)) << "a save that worked has nothing to say";
         } else {
             EXPECT_EQ(Bytes("seen"), Before().old) << "the store is neither the old nor the new version";
-            EXPECT_TRUE(IsOneComplaint(end.error)) << end.error;
+            EXPECT_FALSE(complaint.empty());
         }
         EXPECT_EQ(Bytes("database.bin"), FileBytes(40)) << "the next save must work";
+        CheckSetAside(end);
+    }
+
+    /// Checks that a damaged file is told once, kept and told once again.
+    void CheckSetAside(const End& end) {
+        const auto lines = [&](const char* part) {
+            return std::ranges::count(LinesWith(part, end.error), '\n');
+        };
+        EXPECT_EQ(lines(kDamagedLine), Before().damaged ? 1 : 0);
+        EXPECT_EQ(lines(kKeptLine), Before().damaged ? 1 : 0);
+        EXPECT_EQ(std::ranges::count(end.error, '\n'),
+                  lines(kDamagedLine) + lines(kKeptLine) + lines(kFailedLine));
         for (const std::string& name : folder_.Names()) {
             if (name.find(".bak") == std::string::npos) continue;
             EXPECT_EQ(Bytes(name), Before().old) << name << " is half a copy";
+        }
+        if (Before().environment.empty()) {
+            EXPECT_EQ(FilesSetAside(), Before().damaged ? 1 : 0);
         }
     }
 
@@ -154,7 +181,7 @@ class FailingCalls : public testing::TestWithParam<std::tuple<Scene, const char*
             EXPECT_TRUE(DamagedBytesAreKept());
         }
         const End end = RunWorker(folder_, "load events 40 save");
-        EXPECT_EQ(end.error, "");
+        EXPECT_EQ(LinesWith(kFailedLine, end.error), "");
         EXPECT_EQ(Bytes("database.bin"), FileBytes(40));
         if (Before().damaged && Before().environment.empty()) {
             EXPECT_EQ(FilesSetAside(), 1) << "one link is enough, whichever save has made it";
@@ -200,6 +227,133 @@ std::string NameOf(const testing::TestParamInfo<FailingCalls::ParamType>& info) 
 
 INSTANTIATE_TEST_SUITE_P(All, FailingCalls,
                          testing::Combine(testing::ValuesIn(kScenes), testing::ValuesIn(kWays)), NameOf);
+
+// ---- Loads ----
+
+/// Returns the file of version 3 and, after its events, those of version 40.
+std::string JoinedBytes() {
+    std::string bytes = FileBytes(43).substr(0, 4);
+    for (const int version : {3, 40}) bytes += FileBytes(version).substr(4);
+    return bytes;
+}
+
+class FailingLoads : public testing::TestWithParam<const char*> {
+  protected:
+    /// Loads version 3, adds 40 events and saves, the n-th call spoilt. Copies the store to "seen"; two
+    /// seconds pass.
+    End LoadAndSave(int n) {
+        folder_.Empty();
+        folder_.Write("database.bin", FileBytes(3));
+        Worker::Start start;
+        start.environment = {{"LD_PRELOAD", ULMARO_FAILING_CALLS},
+                             {"ULMARO_SPOIL_CALL", std::to_string(n)},
+                             {"ULMARO_SPOIL_WAY", GetParam()}};
+        return RunWorker(folder_, "watch load add 40 save release copy seen retry 2", start);
+    }
+
+    Folder folder_{Place::kMemory};
+};
+
+TEST_P(FailingLoads, EachCallInItsTurnLosesNoEventAndIsMadeGoodByItself) {
+    int failed = 0;
+    bool spoilt = true;
+    for (int n = 1; spoilt && !HasFailure(); ++n) {
+        SCOPED_TRACE("call " + std::to_string(n));
+        const End end = LoadAndSave(n);
+        SCOPED_TRACE(end.out + end.error);
+        spoilt = n <= std::atoi(end.out.c_str());
+
+        EXPECT_TRUE(end.Well());
+        const bool saved = folder_.Read("seen") == JoinedBytes();
+        EXPECT_TRUE(saved || folder_.Read("seen") == FileBytes(3));
+        EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes());
+        EXPECT_EQ(folder_.Names(), (std::vector<std::string>{"database.bin", "seen"}));
+        EXPECT_LE(std::ranges::count(end.error, '\n'), 1);
+        const bool told =
+            end.error.empty() || !LinesWith(kUnreadLine, end.error).empty() || IsOneComplaint(end.error);
+        EXPECT_TRUE(told);
+        EXPECT_TRUE(saved || IsOneComplaint(end.error));
+        if (!end.error.empty()) ++failed;
+    }
+    if (GetParam() == std::string("eintr")) {
+        EXPECT_EQ(failed, 0) << "an interrupted call is no failure";
+    } else {
+        EXPECT_GT(failed, 8) << "the library spoilt too few calls";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, FailingLoads, testing::Values("eio", "eintr", "emfile", "eacces"),
+                         [](const auto& way) { return std::string(way.param); });
+
+// ---- Memory ----
+
+class FailingMemory : public testing::Test {
+  protected:
+    static Worker::Start Spoiling(int n) {
+        Worker::Start start;
+        start.environment = {{"LD_PRELOAD", ULMARO_FAILING_CALLS},
+                             {"ULMARO_SPOIL_MEMORY", std::to_string(n)}};
+        return start;
+    }
+
+    Folder folder_{Place::kMemory};
+};
+
+TEST_F(FailingMemory, InALoadEndsTheProgramWithALineAndTheStatusOne) {
+    for (const std::string& bytes : {FileBytes(3), kDamaged}) {
+        folder_.Empty();
+        folder_.Write("database.bin", bytes);
+        const int allocations = std::atoi(RunWorker(folder_, "watch load memory", Spoiling(0)).out.c_str());
+        EXPECT_GE(allocations, 3);
+        for (int n = 1; n <= allocations; ++n) {
+            SCOPED_TRACE("allocation " + std::to_string(n));
+
+            const End end = RunWorker(folder_, "watch load memory", Spoiling(n));
+
+            EXPECT_EQ(end.ExitStatus(), 1);
+            EXPECT_EQ(end.out, "");
+            EXPECT_EQ(end.error,
+                      "Ulmaro Assistant: non c'e' abbastanza memoria per gli eventi di \"database.bin\".\n");
+            EXPECT_EQ(folder_.Read("database.bin"), bytes);
+            EXPECT_EQ(folder_.Names(), std::vector<std::string>{"database.bin"});
+        }
+    }
+}
+
+TEST_F(FailingMemory, InASaveFailsItAndIsMadeGoodByItself) {
+    constexpr char kWords[] = "load wait add 40 watch save release memory copy seen retry 2";
+    for (const bool unread : {false, true}) {
+        int failed = 0;
+        for (int n = 1; n == failed + 1 && !HasFailure(); ++n) {
+            SCOPED_TRACE("allocation " + std::to_string(n));
+            folder_.Empty();
+            if (unread)
+                std::filesystem::create_directory(folder_.Path("database.bin"));
+            else
+                folder_.Write("database.bin", FileBytes(3));
+
+            Worker worker(folder_, kWords, Spoiling(n));
+            worker.Line();
+            if (unread) {
+                std::filesystem::remove(folder_.Path("database.bin"));
+                folder_.Write("database.bin", FileBytes(3));
+            }
+            worker.GoOn();
+            const End end = worker.WaitForEnd();
+
+            EXPECT_TRUE(end.Well());
+            const bool spoilt = n <= std::atoi(end.out.substr(end.out.find('\n') + 1).c_str());
+            const std::string complaint = LinesWith(kFailedLine, end.error);
+            EXPECT_EQ(IsOneComplaint(complaint, "non c'e' abbastanza memoria"), spoilt) << complaint;
+            if (spoilt) ++failed;
+            EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes());
+            const auto seen = folder_.Read("seen");
+            EXPECT_TRUE(seen == FileBytes(3) || seen == JoinedBytes());
+            EXPECT_EQ(folder_.Names(), (std::vector<std::string>{"database.bin", "seen"}));
+        }
+        EXPECT_GE(failed, unread ? 6 : 3);
+    }
+}
 
 }  // namespace
 }  // namespace store

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -31,7 +32,7 @@ class Calls {
         with_library.environment["LD_PRELOAD"] = ULMARO_FAILING_CALLS;
         const End end = RunWorker(folder, "load events 40 watch save release calls", with_library);
         EXPECT_TRUE(end.Well());
-        EXPECT_EQ(end.error, "");
+        EXPECT_EQ(LinesWith(kFailedLine, end.error), "");
         EXPECT_EQ(folder.Read("database.bin"), FileBytes(40));
         std::istringstream lines(end.out);
         for (std::string line; std::getline(lines, line);) lines_.push_back(line);
@@ -109,6 +110,19 @@ TEST(Flushed, TheNameOfADamagedFileSetAsideBeforeItIsReplaced) {
     EXPECT_TRUE(calls.IsBetween(linked, calls.Last("rename", "database.bin"), "fsync", "."));
 }
 
+TEST(Flushed, TheNameOfADamagedFileThatAnEarlierSaveSetAsideToo) {
+    Folder folder(Place::kMemory);
+    folder.Write("database.bin", "xy");
+    std::filesystem::create_hard_link(folder.Path("database.bin"), folder.Path("database.bin.bak"));
+
+    const Calls calls(folder);
+
+    const std::ptrdiff_t linked = calls.Last("link", "database.bin.bak");
+    ASSERT_GE(linked, 0);
+    EXPECT_TRUE(calls.IsBetween(linked, calls.Last("rename", "database.bin"), "fsync", "."))
+        << "the earlier save may have failed to flush it";
+}
+
 TEST(Flushed, TheCopyOfADamagedFileWhereThereAreNoHardLinks) {
     Folder folder(Place::kMemory);
     folder.Write("database.bin", "xy");
@@ -121,8 +135,20 @@ TEST(Flushed, TheCopyOfADamagedFileWhereThereAreNoHardLinks) {
     EXPECT_EQ(folder.Read("database.bin.bak"), "xy");
     const std::ptrdiff_t copied = calls.Last("write", "database.bin.bak");
     ASSERT_GE(copied, 0);
+    EXPECT_TRUE(calls.IsBetween(copied, calls.Last("rename", "database.bin"), "fsync", "."));
     EXPECT_TRUE(calls.IsBetween(copied, calls.Last("rename", "database.bin"), "fsync", "database.bin.bak"))
         << "the copy is not flushed before its original is replaced";
+}
+
+TEST(Flushed, AFolderOfAFileSystemThatHasNoFlushForFoldersIsNoFailure) {
+    Folder folder(Place::kMemory);
+    folder.Write("database.bin", "xy");
+    Worker::Start start;
+    start.environment["ULMARO_NO_FOLDER_FLUSH"] = "1";
+
+    const Calls calls(folder, start);  // which checks that nothing failed
+
+    EXPECT_EQ(calls.Places("no flush", ".").size(), 2U) << "it was tried";
 }
 
 }  // namespace

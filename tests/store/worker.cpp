@@ -6,9 +6,12 @@
 //
 //   load       LoadEvents
 //   events N   the list becomes the N events that workshop.h calls version N
+//   add N      version N's events come after those of the list
 //   save       SaveEvents
+//   retry N    RetrySave, as N frames that are a second apart
 //   watch      from here on the preloaded library (failing_calls.h) counts system calls and spoils one
 //   release    it stops; the number of calls and the name of the spoilt one go to standard output, as a line
+//   memory     the number of allocations goes to standard output, as a line
 //   calls      the calls that it has counted go to standard output, each as a line
 //   copy NAME  the store is copied to the file NAME as it is now; where there is none, neither is a copy
 //   wait       a line goes to standard output, then one is awaited on standard input
@@ -20,11 +23,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "calendar/events.h"
@@ -35,17 +40,28 @@
 // Null without the library.
 __attribute__((weak)) void WatchCalls();
 __attribute__((weak)) int ReleaseCalls();
+__attribute__((weak)) int AllocationsMade();
 __attribute__((weak)) const char* SpoiltCall();
 __attribute__((weak)) const char* CallsMade();
 
 namespace {
 
-void SetEvents(int version) {
-    events.clear();
+void AddEvents(int version) {
     for (int i = 0; i < version; ++i) {
         const std::string record = store::RecordBytes(version, i);
-        std::copy_n(record.data(), sizeof(Event), reinterpret_cast<char*>(&events.emplace_back()));
+        Event& event = events.emplace_back();
+        std::copy_n(record.data(), sizeof event, reinterpret_cast<char*>(&event));
     }
+}
+
+void SetEvents(int version) {
+    events.clear();
+    AddEvents(version);
+}
+
+void Retry(int frames) {
+    static std::uint64_t now = 0;
+    for (int i = 0; i < frames; ++i) RetrySave(now += 1'000'000'000);
 }
 
 /// Returns whether the list is a version, to the last byte.
@@ -93,6 +109,10 @@ void Release() {
     if (ReleaseCalls != nullptr) Say(std::to_string(ReleaseCalls()) + " " + SpoiltCall());
 }
 
+void Memory() {
+    if (AllocationsMade != nullptr) Say(std::to_string(AllocationsMade()));
+}
+
 void Calls() {
     if (CallsMade != nullptr) Say(CallsMade());
 }
@@ -102,18 +122,26 @@ void Copy(const std::string& name) {
     std::filesystem::copy_file("database.bin", name, std::filesystem::copy_options::overwrite_existing, none);
 }
 
+const std::string_view kWordsWithArgument[] = {"events", "add", "retry", "copy", "repeat"};
+
 /// Obeys a word; returns whether it knows it. `argument` is the word that follows.
 bool Obey(const std::string& word, const std::string& argument) {
     if (word == "load")
         LoadEvents();
     else if (word == "events")
         SetEvents(std::atoi(argument.c_str()));
+    else if (word == "add")
+        AddEvents(std::atoi(argument.c_str()));
     else if (word == "save")
         SaveEvents();
+    else if (word == "retry")
+        Retry(std::atoi(argument.c_str()));
     else if (word == "watch")
         Watch();
     else if (word == "release")
         Release();
+    else if (word == "memory")
+        Memory();
     else if (word == "calls")
         Calls();
     else if (word == "copy")
@@ -134,7 +162,7 @@ bool Obey(const std::string& word, const std::string& argument) {
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
-        const bool takes_argument = word == "events" || word == "copy" || word == "repeat";
+        const bool takes_argument = std::ranges::count(kWordsWithArgument, word) > 0;
         if (takes_argument && ++i == argc) return 2;
         if (!Obey(word, takes_argument ? argv[i] : "")) return 2;
     }

@@ -119,6 +119,10 @@ std::string Drain(int& file) {
 
 }  // namespace
 
+int End::ExitStatus() const {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 bool End::Killed() const {
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
 }
@@ -175,6 +179,15 @@ End Worker::WaitForEnd() {
 
 End RunWorker(const Folder& folder, const std::string& words, const Worker::Start& start) {
     return Worker(folder, words, start).WaitForEnd();
+}
+
+std::string LinesWith(const std::string& part, const std::string& text) {
+    std::string lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        if (line.find(part) != std::string::npos) lines += line + "\n";
+    }
+    return lines;
 }
 
 bool IsOneComplaint(const std::string& text, const std::string& reason) {

@@ -96,6 +96,9 @@ struct End {
     /// Returns whether it came to the end of its words.
     bool Well() const { return status == 0; }
 
+    /// Returns the status with which it exited; -1 where it did not.
+    int ExitStatus() const;
+
     /// Returns whether a kill ended it.
     bool Killed() const;
 };
@@ -134,6 +137,16 @@ class Worker {
 
 /// Runs a worker to its end.
 End RunWorker(const Folder& folder, const std::string& words, const Worker::Start& start = {});
+
+/// Returns the lines of a text in which there is `part`.
+std::string LinesWith(const std::string& part, const std::string& text);
+
+/// Words of the lines that a worker says: that the file is damaged, that it is kept, that it cannot be read,
+/// that a save failed.
+constexpr char kDamagedLine[] = "e' danneggiato";
+constexpr char kKeptLine[] = "e' conservato";
+constexpr char kUnreadLine[] = "non riesco a leggere gli eventi";
+constexpr char kFailedLine[] = "non riesco a salvare gli eventi";
 
 /// Returns whether a text is the one line, in Italian, that a failed save prints. `reason` is what it must
 /// end with, if given.

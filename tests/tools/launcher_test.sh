@@ -14,8 +14,15 @@ unset XDG_DATA_HOME
 export HOME=$home
 export ULMARO_DATA="$home/data files" ULMARO_PROGRAM="$home/the program"
 folder=$home/.local/share/ulmaro-assistant
-mkdir -p "$ULMARO_DATA"
-echo picture >"$ULMARO_DATA/hat"
+# make_data FOLDER NAME...: makes a data folder that lists these files, and each file, with the folder's path in it.
+make_data() {
+  local data=$1 name
+  mkdir -p "$data"
+  shift
+  printf '%s\n' "$@" >"$data/data_files.list"
+  for name in "$@"; do echo "$data" >"$data/$name"; done
+}
+make_data "$ULMARO_DATA" hat
 cat >"$ULMARO_PROGRAM" <<'PROGRAM'
 #!/bin/sh
 { pwd; printf '%s\n' "$@"; } >"$HOME/started"
@@ -51,8 +58,7 @@ start -display 'a b'
 [ "$(ls -A "$folder")" = hat ] || fail 'more than the data files is in the folder'
 
 # A second copy over the same folder, which must not even touch the links.
-mkdir "$home/other data"
-echo other >"$home/other data/hat"
+make_data "$home/other data" hat
 ULMARO_DATA="$home/other data" expect_refusal 'a second copy' "Ulmaro Assistant e' gia' in esecuzione."
 [ "$(readlink "$folder/hat")" = "$ULMARO_DATA/hat" ] || fail 'a second copy changes the links'
 
@@ -77,7 +83,7 @@ start
 stop
 rm "$ULMARO_DATA/database.bin"
 
-# A picture of the user's own stays; a link of theirs to a disk that is not there too.
+# A picture of the user's own stays, also where there is no other; a link of theirs to a disk that is not there too.
 rm "$folder/hat"
 echo mine >"$folder/hat"
 ln -s /not/there/database.bin "$folder/database.bin"
@@ -85,24 +91,31 @@ start
 [ "$(cat "$folder/hat")" = mine ] || fail "the user's own picture is replaced"
 [ -L "$folder/database.bin" ] || fail "the user's own link is gone"
 stop
+rm "$ULMARO_DATA/hat"
+start
+[ "$(cat "$folder/hat")" = mine ] || fail "the user's own picture is gone"
+stop
 rm "$folder/hat" "$folder/database.bin"
+make_data "$ULMARO_DATA" hat
 
 # After an upgrade the links lead to the new files, and none to files that are gone.
-start
-stop
-mkdir "$ULMARO_DATA/folder"
-echo old >"$ULMARO_DATA/old"
+make_data "$ULMARO_DATA" hat old
 start
 stop
 rm "$ULMARO_DATA/old"
+make_data "$ULMARO_DATA" hat
 start
 [ ! -L "$folder/old" ] || fail 'a link to a file that is gone stays'
 stop
 ULMARO_DATA="$home/other data"
-mkdir "$ULMARO_DATA/folder"
 start
-[ "$(cat "$folder/hat")" = other ] || fail 'the links still lead to the old files'
-[ "$(readlink "$folder/folder")" = "$ULMARO_DATA/folder" ] || fail 'a linked folder is not renewed'
+[ "$(cat "$folder/hat")" = "$ULMARO_DATA" ] || fail 'the links still lead to the old files'
+stop
+mkdir "$home/folder"
+ln -sfn "$home/folder" "$folder/hat"
+start
+[ "$(readlink "$folder/hat")" = "$ULMARO_DATA/hat" ] || fail 'a link to a folder is not renewed'
+[ -z "$(ls "$home/folder")" ] || fail 'something is made where a link led'
 stop
 
 # On a disk that has become read-only the owl still starts. Only root can make one.
@@ -130,14 +143,93 @@ cd - >/dev/null
 [ "$(readlink "$folder/hat")" = "$home/other data/hat" ] || fail 'relative folders make dangling links'
 stop
 
-mkdir "$home/empty"
-ULMARO_DATA=$home/empty XDG_DATA_HOME=$home/new start
-[ -z "$(ls "$home/new/ulmaro-assistant")" ] || fail 'something is linked where there is nothing'
+# Folders of the same names where CDPATH points to.
+mkdir -p "$home/trap"
+make_data "$home/trap/other data" hat
+cp "$ULMARO_PROGRAM" "$home/trap/the program"
+cd "$home"
+CDPATH=$home/trap ULMARO_DATA='other data' ULMARO_PROGRAM='the program' start
+cd - >/dev/null
+[ "$(readlink "$folder/hat")" = "$home/other data/hat" ] || fail 'CDPATH leads astray'
 stop
+make_data "$home/data with a newline"$'\n' hat
+ULMARO_DATA=$home/data\ with\ a\ newline$'\n' start
+[ "$(cat "$folder/hat"; echo .)" = "$home/data with a newline"$'\n\n.' ] || fail 'a newline at the end of a path is lost'
+stop
+
+# Whom the folders let in. The one that is there already stays as it is.
+mkdir -m 755 "$home/open"
+modes() { stat -c %a "$home/open" "$home/open/a" "$home/open/a/b" "$home/open/a/b/ulmaro-assistant" | tr '\n' ' '; }
+umask 022
+XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 700 ' ] || fail "folders above the data folder are open to others: $(modes)"
+stop
+# With setgid, which it may have from the folder above, it is as good, and on a foreign disk nobody could change it.
+chmod g+s "$home/open/a/b/ulmaro-assistant"
+mkdir "$home/no chmod"
+printf '#!/bin/sh\nexit 1\n' >"$home/no chmod/chmod"
+chmod +x "$home/no chmod/chmod"
+PATH=$home/no\ chmod:$PATH XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 2700 ' ] || fail "the modes have changed: $(modes)"
+stop
+chmod 2750 "$home/open/a/b/ulmaro-assistant"
+XDG_DATA_HOME=$home/open/a/b start
+[ "$(modes)" = '755 700 700 2700 ' ] || fail "a folder with setgid is not private again: $(modes)"
+stop
+umask 477
+XDG_DATA_HOME=$home/open/tight start
+umask 022
+[ "$(stat -c %a "$home/open/tight")" = 300 ] || fail "the user's umask is not heard"
+stop
+chmod 700 "$home/open/tight"
+
+# The list decides what is linked.
+ULMARO_DATA=$home/two\ files
+make_data "$ULMARO_DATA" hat notify.wav
+echo draft >"$ULMARO_DATA/draft"
+XDG_DATA_HOME=$home/new start
+[ "$(ls "$home/new/ulmaro-assistant")" = $'hat\nnotify.wav' ] || fail 'not what the list names is linked'
+stop
+
+# What is missing is told before the owl starts, the first by its name.
+missing() { echo "Ulmaro Assistant: il file \"$1\" manca o non si puo' leggere."; }
+rm "$ULMARO_DATA/notify.wav"
+XDG_DATA_HOME=$home/new expect_refusal 'a missing file, linked before' "$(missing notify.wav)"
+XDG_DATA_HOME=$home/fresh expect_refusal 'a missing file, never linked' "$(missing notify.wav)"
+[ "$(ls -A "$home/fresh/ulmaro-assistant")" = hat ] || fail 'a link is made to a file that is missing'
+rm "$ULMARO_DATA/hat"
+XDG_DATA_HOME=$home/new expect_refusal 'two missing files' "$(missing hat)"
+mkdir "$ULMARO_DATA/hat"
+XDG_DATA_HOME=$home/new expect_refusal 'a folder in place of a file' "$(missing hat)"
+rmdir "$ULMARO_DATA/hat"
+mkfifo "$ULMARO_DATA/hat"
+XDG_DATA_HOME=$home/new expect_refusal 'a pipe in place of a file' "$(missing hat)"
+rm "$ULMARO_DATA/hat"
+make_data "$ULMARO_DATA" hat notify.wav
+if [ "$(id -u)" != 0 ]; then
+  chmod 200 "$ULMARO_DATA/hat"
+  XDG_DATA_HOME=$home/new expect_refusal 'a file that cannot be read' "$(missing hat)"
+  chmod 600 "$ULMARO_DATA/hat"
+else
+  echo 'Not tested: a file that cannot be read, which root always can.'
+fi
+XDG_DATA_HOME=$home/new start
+stop
+make_data "$ULMARO_DATA" hat window_icon
+rm "$ULMARO_DATA/window_icon"
+XDG_DATA_HOME=$home/new start  # which does without
+stop
+rm "$ULMARO_DATA/data_files.list"
+XDG_DATA_HOME=$home/new expect_refusal 'no list' "$(missing data_files.list)"
+ULMARO_DATA=$home/data\ files
 
 # What cannot be.
 HOME='' expect_refusal 'no home' \
   "Ulmaro Assistant: non so dove tenere gli eventi, perche' HOME e' vuota."
+(cd "$home" && HOME=relative expect_refusal 'a relative home' \
+  "Ulmaro Assistant: non so dove tenere gli eventi, perche' HOME non comincia con una barra.")
+[ ! -e "$home/relative" ] || fail 'a folder is made in a relative home'
+ULMARO_PROGRAM=$home/none expect_refusal 'no program' 'Ulmaro Assistant: manca il programma.'
 ULMARO_DATA=$home/none expect_refusal 'no data' 'Ulmaro Assistant: manca la cartella dei dati.'
 touch "$home/file"
 XDG_DATA_HOME=$home/file expect_refusal 'no folder' \

@@ -457,38 +457,32 @@ TEST_F(MilkShapeTest, RefusesAMeshOfATriangleThatIsNotThere) {
     EXPECT_FALSE(Loads(no_triangles));
 }
 
-TEST_F(MilkShapeTest, RefusesAMeshOfAMaterialThatIsNotThere) {
-    for (std::size_t mesh = 0; mesh < 2; ++mesh) {
+TEST_F(MilkShapeTest, AMeshKeepsTheIndexOfAMaterialThatIsNotThere) {
+    for (const bool without_materials : {false, true}) {
         Ms3d file = TwoMeshes();
-        for (const int material : {-1, 0, 1}) {
-            file.groups[mesh].material = material;
-            EXPECT_TRUE(Loads(file)) << mesh << ": " << material;
-        }
-        for (const int outside : {-128, -2, 2, 3, 127}) {
-            file.groups[mesh].material = outside;
-            EXPECT_FALSE(Loads(file)) << mesh << ": " << outside;
+        if (without_materials) file.materials.clear();
+        for (const int material : {-128, -2, -1, 0, 1, 2, 3, 127}) {
+            file.groups[0].material = material;
+            file.groups[1].material = -1 - material;
+            const MilkshapeModel model = Loaded(file);
+
+            ASSERT_EQ(model.mesh_count, 2) << material;
+            EXPECT_EQ(model.material_count, without_materials ? 0 : 2);
+            EXPECT_EQ(model.meshes[0].material, material);
+            EXPECT_EQ(model.meshes[1].material, -1 - material);
         }
     }
 }
 
-TEST_F(MilkShapeTest, WithoutMaterialsAMeshHasNone) {
-    Ms3d file = TwoMeshes();
-    file.materials.clear();
-    file.groups[0].material = 0;
-    EXPECT_FALSE(Loads(file));
-
-    file.groups[0].material = -1;
-    EXPECT_TRUE(Loads(file));
-}
-
-TEST_F(MilkShapeTest, AMeshCannotHaveMoreThan128Materials) {
+TEST_F(MilkShapeTest, TheIndexOfAMaterialIsAByteWithASign) {
     Ms3d file = TwoMeshes();
     file.materials.resize(300);
     file.groups[0].material = 127;
     EXPECT_EQ(Loaded(file).meshes[0].material, 127);
 
-    file.groups[0].material = 128;  // the byte of -128
-    EXPECT_FALSE(Loads(file));
+    file.groups[0].material = 128;
+    ASSERT_TRUE(Loads(file));
+    EXPECT_EQ(Loaded(file).meshes[0].material, -128);
 }
 
 // ---- Damaged files ----
@@ -571,8 +565,6 @@ TEST_F(MilkShapeTest, AFailedLoadLeavesTheModelAsItWas) {
     bad_vertex.triangles[1].vertices[2] = 4;
     Ms3d bad_triangle = TwoMeshes();
     bad_triangle.groups[1].triangles[0] = 2;
-    Ms3d bad_material = TwoMeshes();
-    bad_material.groups[1].material = 2;
     MilkshapeModel model = Loaded(TwoMeshes());
     const std::string before = TextOf(model);
     const auto arrays = [&model] {
@@ -583,7 +575,7 @@ TEST_F(MilkShapeTest, AFailedLoadLeavesTheModelAsItWas) {
 
     for (const std::string& bad :
          {std::string(), "MS3D000001" + other.substr(10), "MS3D000000" + Number(5, 4) + other.substr(14),
-          other.substr(0, other.size() - 1), Bytes(bad_vertex), Bytes(bad_triangle), Bytes(bad_material)}) {
+          other.substr(0, other.size() - 1), Bytes(bad_vertex), Bytes(bad_triangle)}) {
         EXPECT_FALSE(Load(model, bad));
         EXPECT_EQ(TextOf(model), before);
         EXPECT_EQ(arrays(), arrays_before);
@@ -619,7 +611,7 @@ TEST_F(MilkShapeTest, LoadingTakesNoMemoryBesidesTheModel) {
     constexpr std::size_t kTimes = 200;
     const std::string good = Bytes(TwoMeshes());
     Ms3d bad = TwoMeshes();
-    bad.groups[1].material = 2;
+    bad.groups[1].triangles[0] = 2;
     MilkshapeModel model = Loaded(TwoMeshes());
     WriteFile("good", good);
     WriteFile("short", good.substr(0, good.size() - 1));

@@ -7,10 +7,14 @@
 // What an effect holds shows in what it draws: it has to make the calls of emitters that the test sets up.
 #include "engine/ZelvarFX.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <iterator>
@@ -283,6 +287,28 @@ TEST_F(EffectTest, StaysAsItWasWithoutAFile) {
 
     EXPECT_EQ(fakes::Lines(), Texts{});
     EXPECT_EQ(CallsOf(effect_), calls);
+}
+
+TEST_F(EffectTest, IsNeverReadFromANamedPipeOrADevice) {
+    ASSERT_EQ(mkfifo("pipe", S_IRUSR | S_IWUSR), 0);
+    std::filesystem::create_symlink("pipe", "link");
+    for (const char* path : {"pipe", "link", "/dev/zero", "/dev/null"}) {
+        EXPECT_EXIT(
+            {
+                alarm(20);  // ends a process that waits
+                std::exit(effect_.load(path) ? 1 : 0);
+            },
+            testing::ExitedWithCode(0), "^$")
+            << path;
+    }
+}
+
+TEST_F(EffectTest, MayLieBehindALink) {
+    WriteFile("kept.zfx", kHeader + Block());
+    std::filesystem::create_symlink("kept.zfx", "link");
+
+    EXPECT_TRUE(effect_.load("link"));
+    EXPECT_EQ(effect_.emitters.size(), 1U);
 }
 
 TEST_F(EffectTest, IsLoadedWithoutAWord) {

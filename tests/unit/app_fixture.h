@@ -97,7 +97,7 @@ class AppTest : public fakes::Test {
         event_list = ListState();
         quiz = QuizState();
         notifications = NotificationState();
-        window = {display, true, false, fakes::desktop().nanoseconds, false, 1};
+        window = {display, true, false, fakes::desktop().nanoseconds, false, 1, false};
         listening_to_typing = true;
         ForgetStrokes();
         FillBank();

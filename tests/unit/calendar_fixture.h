@@ -21,6 +21,7 @@
 #include <iterator>
 #include <list>
 #include <ostream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -100,7 +101,7 @@ inline Event MakeReminder(const std::string& name, int repeat, float elapsed) {
 }
 
 /// Returns the names of events, in order.
-inline std::vector<std::string> NamesOf(const std::list<Event>& list) {
+inline std::vector<std::string> NamesOf(const std::list<ListedEvent>& list) {
     std::vector<std::string> names;
     for (const Event& event : list) names.push_back(NameOf(event));
     return names;
@@ -174,6 +175,24 @@ inline std::vector<Event> EventsOfExtremes() {
     return extremes;
 }
 
+/// Returns an event whose numbers are chosen at random from few, so that many are equal: of any kind, known
+/// or not, around 16 May 2012.
+inline Event RandomEvent(std::mt19937& random, const std::string& name) {
+    const auto choose = [&](int lowest, int highest) {
+        return std::uniform_int_distribution<int>(lowest, highest)(random);
+    };
+    Event event = MakeAppointment(name, choose(14, 18), choose(5, 6), choose(2012, 2013), choose(9, 11),
+                                  15 * choose(0, 3));
+    event.kind = choose(-1, 4);
+    event.wday = choose(-1, 7);
+    event.repeat = choose(-1, 3);
+    event.elapsed = static_cast<float>(3600 * choose(0, 3));
+    event.warned_60 = static_cast<std::uint8_t>(choose(0, 1));
+    event.warned_30 = static_cast<std::uint8_t>(choose(0, 1));
+    event.done = static_cast<std::uint8_t>(choose(0, 1));
+    return event;
+}
+
 class CalendarTest : public AppTest {
   protected:
     void SetUp() override {
@@ -192,15 +211,15 @@ class CalendarTest : public AppTest {
         frame_time = LocalTime();
     }
 
-    static Event& Add(const Event& event) { return events.emplace_back(event); }
-    static Event& AddAppointment(const std::string& name, int day, int month, int year, int hour,
-                                 int minute) {
+    static ListedEvent& Add(const Event& event) { return events.emplace_back(event); }
+    static ListedEvent& AddAppointment(const std::string& name, int day, int month, int year, int hour,
+                                       int minute) {
         return Add(MakeAppointment(name, day, month, year, hour, minute));
     }
-    static Event& AddWeekly(const std::string& name, int wday, int hour, int minute) {
+    static ListedEvent& AddWeekly(const std::string& name, int wday, int hour, int minute) {
         return Add(MakeWeekly(name, wday, hour, minute));
     }
-    static Event& AddReminder(const std::string& name, int repeat, float elapsed) {
+    static ListedEvent& AddReminder(const std::string& name, int repeat, float elapsed) {
         return Add(MakeReminder(name, repeat, elapsed));
     }
 

@@ -25,7 +25,7 @@ class EditorTest : public CalendarTest {
     /// Opens an event, the only one, on a screen.
     static Event& Open(int screen, const Event& event) {
         events.clear();
-        Event& added = Add(event);
+        ListedEvent& added = Add(event);
         edit_event = &added;
         menu_case_id = screen;
         return added;

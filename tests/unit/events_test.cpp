@@ -8,7 +8,10 @@
 #include <climits>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
+#include <list>
 #include <new>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -123,6 +126,13 @@ TEST_F(EventsTest, AFreshEventTakesTheTimeOfItsMakingAndNotTheFrames) {
 }
 
 // ---- The record's layout ----
+
+TEST(EventLayoutTest, AnEventInTheListBeginsWithItsRecord) {
+    const ListedEvent event = Event();
+
+    EXPECT_EQ(static_cast<const void*>(static_cast<const Event*>(&event)), static_cast<const void*>(&event));
+    EXPECT_EQ(event.lost, 0);
+}
 
 TEST(EventLayoutTest, HasItsFieldsAtTheirPlacesInTheFile) {
     EXPECT_EQ(sizeof(Event), 572U);
@@ -335,6 +345,70 @@ TEST_F(EventsTest, SortingFollowsTheDay) {
     SortEvents();
 
     EXPECT_EQ(NamesOf(events), (Names{"lunedi", "giovedi"}));  // on a Monday: 0 days and 3
+}
+
+/// Expects that SortEvents() gives the order of the list's own sort, and leaves every event where it lies.
+void ExpectOrderOfTheListsOwnSort() {
+    std::list<const ListedEvent*> expected;
+    for (const ListedEvent& event : events) expected.push_back(&event);
+    expected.sort([](const Event* a, const Event* b) { return sort_by_date(*a, *b); });
+
+    SortEvents();
+
+    std::list<const ListedEvent*> sorted;
+    for (const ListedEvent& event : events) sorted.push_back(&event);
+    ASSERT_EQ(sorted, expected);
+}
+
+TEST_F(EventsTest, SortingGivesTheOrderOfTheListsOwnSort) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        events.clear();
+        AddAppointment("last", 1, 1, 2030, 0, 0);
+        const int count = round % 70;
+        for (int i = 0; i < count; ++i) Add(RandomEvent(random, std::to_string(i)));
+        AddAppointment("first", 1, 1, 2000, 0, 0);  // so the order is never accepted
+        SCOPED_TRACE(round);
+
+        ExpectOrderOfTheListsOwnSort();
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_F(EventsTest, SortingAListThatHasChangedSinceTheLastSortGivesTheOrderOfTheListsOwnSort) {
+    std::mt19937 random(2);
+    for (int i = 0; i < 200; ++i) Add(RandomEvent(random, std::to_string(i)));
+    for (int round = 0; round < 500; ++round) {
+        events.erase(std::next(events.begin(), static_cast<int>(random() % 100)),
+                     std::prev(events.end(), 50));
+        for (int i = 0; i < 100; ++i) Add(RandomEvent(random, std::to_string(i)));
+        events.push_front(MakeAppointment("last", 1, 1, 2030, 0, 0));
+        AddAppointment("first", 1, 1, 2000, 0, 0);
+        SCOPED_TRACE(round);
+
+        ExpectOrderOfTheListsOwnSort();
+        if (HasFatalFailure()) return;
+    }
+}
+
+TEST_F(EventsTest, SortingByNumbersAtTheirLimitsGivesTheOrderOfTheListsOwnSort) {
+    for (const Event& event : EventsOfExtremes()) Add(event);
+    events.reverse();
+
+    ExpectOrderOfTheListsOwnSort();
+}
+
+// ---- Whether an order is accepted ----
+
+TEST_F(EventsTest, AnOrderIsAcceptedWhileStampsDoNotFallAndRemindersAreInFront) {
+    OrderCheck order;
+    EXPECT_TRUE(order.Accepts(MakeReminder("b", 0, 0)));
+    EXPECT_TRUE(order.Accepts(MakeReminder("a", 0, 0)));
+    EXPECT_TRUE(order.Accepts(MakeAppointment("", 16, 5, 2012, 9, 0)));
+    EXPECT_TRUE(order.Accepts(MakeAppointment("", 16, 5, 2012, 9, 0)));
+    EXPECT_FALSE(order.Accepts(MakeAppointment("", 16, 5, 2012, 8, 59)));
+    EXPECT_TRUE(order.Accepts(MakeWeekly("", 4, 9, 0)));
+    EXPECT_FALSE(order.Accepts(MakeReminder("c", 0, 0)));
 }
 
 // ---- Texts of the fields ----

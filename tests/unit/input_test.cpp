@@ -165,6 +165,27 @@ TEST_F(InputTest, ResetClearsEveryKey) {
     EXPECT_FALSE(AnyKeyPressed());
 }
 
+TEST_F(InputTest, SpecialKeysAreForgottenAloneAndOnce) {
+    keyboard_down(GLUT_KEY_UP, 0, 0);
+    key_state[GLUT_KEY_DOWN] = key_state[0] = key_state[255] = true;
+
+    ForgetSpecialKeys();
+    EXPECT_FALSE(key_state[GLUT_KEY_UP]);
+    EXPECT_TRUE(key_state[GLUT_KEY_DOWN] && key_state[0] && key_state[255]);
+
+    key_state[GLUT_KEY_UP] = true;
+    ForgetSpecialKeys();
+    EXPECT_TRUE(key_state[GLUT_KEY_UP]);
+}
+
+TEST_F(InputTest, SpecialKeysOfTheFirstAndTheLastCodeAreForgottenToo) {
+    for (const int code : {-1, 0, 255, 256}) keyboard_down(code, 0, 0);
+
+    ForgetSpecialKeys();
+
+    EXPECT_FALSE(AnyKeyPressed());
+}
+
 TEST_F(InputTest, AKeyIsSeenInOneFrameOnly) {
     keyboard_down(GLUT_KEY_DOWN, 0, 0);
 

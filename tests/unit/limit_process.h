@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Limits that tests put on their own process for a while, so that writing files fails.
+// Limits that tests put on their own process for a while, so that reading or writing files fails.
 #pragma once
 
 #include <sys/resource.h>
@@ -42,6 +42,23 @@ class FileSizeLimit {
   private:
     rlimit before_{};
     void (*handler_)(int);
+};
+
+/// Lets no file be opened, while it exists: that fails with EMFILE.
+class NoMoreFiles {
+  public:
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        rlimit limited = before_;
+        limited.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &limited);
+    }
+    NoMoreFiles(const NoMoreFiles&) = delete;
+    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+  private:
+    rlimit before_{};
 };
 
 /// Takes root's rights away, while it exists: root may write into any folder.

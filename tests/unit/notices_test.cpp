@@ -313,7 +313,7 @@ void ForEachKindAndFlag(const std::vector<Event>& of_each_kind, Step step, Expec
             Event before = event;
             before.warned_60 = before.warned_30 = before.done = static_cast<std::uint8_t>(flag);
             before.elapsed = 50;
-            Event after = before;
+            ListedEvent after = before;
 
             step(after);
 
@@ -324,7 +324,7 @@ void ForEachKindAndFlag(const std::vector<Event>& of_each_kind, Step step, Expec
 
 TEST_F(NoticesTest, StartingMakesARemindersWaitTheLongestPeriodAndLeavesOtherKindsAlone) {
     ForEachKindAndFlag(
-        EventsOfEachKind(), [](Event& event) { StartReminder(event); },
+        EventsOfEachKind(), [](ListedEvent& event) { StartReminder(event); },
         [](const Event& after, const Event& before, int flag) {
             ExpectLife(after, before, flag, flag, flag, after.kind == kReminder ? 10800.0F : 50.0F);
         });
@@ -332,7 +332,7 @@ TEST_F(NoticesTest, StartingMakesARemindersWaitTheLongestPeriodAndLeavesOtherKin
 
 TEST_F(NoticesTest, StartingMakesEveryReminderDueAtOnceButOneOfNoKnownPeriod) {
     for (const int repeat : {INT_MIN, -1, 0, 1, 2, 3, INT_MAX}) {
-        Event reminder = MakeReminder("r", repeat, 5);
+        ListedEvent reminder = MakeReminder("r", repeat, 5);
 
         StartReminder(reminder);
 
@@ -342,7 +342,7 @@ TEST_F(NoticesTest, StartingMakesEveryReminderDueAtOnceButOneOfNoKnownPeriod) {
 
 TEST_F(NoticesTest, CountingAddsTheSecondsToARemindersWaitAndLeavesOtherKindsAlone) {
     ForEachKindAndFlag(
-        EventsOfEachKind(), [](Event& event) { CountReminder(event, 0.25F); },
+        EventsOfEachKind(), [](ListedEvent& event) { CountReminder(event, 0.25F); },
         [](const Event& after, const Event& before, int flag) {
             ExpectLife(after, before, flag, flag, flag, after.kind == kReminder ? 50.25F : 50.0F);
         });
@@ -350,10 +350,50 @@ TEST_F(NoticesTest, CountingAddsTheSecondsToARemindersWaitAndLeavesOtherKindsAlo
 
 TEST_F(NoticesTest, ConfirmingEndsTheWaitWhateverTheKind) {
     ForEachKindAndFlag(
-        EventsOfEachKind(), [](Event& event) { ConfirmReminder(event); },
+        EventsOfEachKind(), [](ListedEvent& event) { ConfirmReminder(event); },
         [](const Event& after, const Event& before, int flag) {
             ExpectLife(after, before, flag, flag, flag, 0);
         });
+}
+
+TEST_F(NoticesTest, StartingAndConfirmingForgetWhatRoundingHasLost) {
+    ListedEvent reminder = MakeReminder("r", 2, 9000);
+    reminder.lost = 0.0003;
+    ConfirmReminder(reminder);
+    EXPECT_EQ(reminder.lost, 0);
+
+    reminder.lost = 0.0003;
+    StartReminder(reminder);
+
+    EXPECT_EQ(reminder.lost, 0);
+}
+
+TEST_F(NoticesTest, AtAnyFrameRateAReminderComesWithinASecondOfItsPeriod) {
+    for (const int rate : {8, 30, 60, 75, 144, 165, 240, 360, 1000}) {
+        const float frame = 1 / static_cast<float>(rate);
+        ListedEvent reminder = MakeReminder("r", 0, 0);
+        double exact = 0;
+        std::int64_t wrong = 0;
+        for (reminder.repeat = 0; reminder.repeat <= kLastRepeat; ++reminder.repeat) {
+            const double period = kRepeats[reminder.repeat].seconds;
+            while (!IsReminderDue(reminder) && exact < period + 2) {
+                exact += static_cast<double>(frame);
+                CountReminder(reminder, frame);
+                if (reminder.elapsed != static_cast<float>(exact)) ++wrong;
+            }
+            EXPECT_NEAR(exact, period, 1) << rate << " frames a second";
+        }
+        EXPECT_EQ(wrong, 0) << "frames at " << rate << " a second do not show the nearest float";
+    }
+}
+
+TEST_F(NoticesTest, AReminderCountsOnPast3000SecondsHoweverShortTheFrames) {
+    ListedEvent reminder = MakeReminder("r", 0, 3500);
+    constexpr float kFrame = 1e-5F;  // a float near 3500 knows no steps below 2e-4
+
+    for (int i = 0; i < 100'000; ++i) CountReminder(reminder, kFrame);
+
+    EXPECT_NEAR(reminder.elapsed, 3501, 2e-4);
 }
 
 TEST_F(NoticesTest, AnnouncingAgainClearsDoneAlone) {

@@ -1,11 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: reminders, appointments, re-arming, counting, the event that is opened, the button, its click, the
-// badge, the sound, acknowledging, the pass in the frame. When an event is due is tested in notices_test.cpp.
+// Index: the pass as a whole, reminders, appointments, re-arming, counting, the event that is opened, the
+// button, its click, the badge, the sound, acknowledging, the pass in the frame. When an event is due is
+// tested in notices_test.cpp.
 #include "app/notifications.h"
 
+#include <algorithm>
 #include <cmath>
+#include <list>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -32,6 +36,66 @@ class NotificationsTest : public CalendarTest {
 
     static void ClickButton() { ClickAt(435, 440); }
 };
+
+// ---- The pass as a whole ----
+
+/// What the pass does, the plain way: sorts, walks twice from back to front, the last one found is opened.
+struct PlainPass {
+    std::list<ListedEvent> list;
+    int due = 0;
+    std::string opened = "nothing";
+
+    void Find(const Event& event) {
+        ++due;
+        opened = NameOf(event);
+    }
+
+    void Run(float seconds) {
+        OrderCheck order;
+        bool in_order = true;
+        for (const Event& event : list) in_order &= order.Accepts(event);
+        if (!in_order) list.sort(sort_by_date);
+        for (auto event = list.rbegin(); event != list.rend(); ++event) {
+            if (event->kind == kReminder) event->elapsed += seconds;
+            if (IsReminderDue(*event)) Find(*event);
+        }
+        for (auto event = list.rbegin(); event != list.rend(); ++event) {
+            if (IsDatedEventDue(*event, frame_time)) Find(*event);
+            if (event->kind == kWeekly && event->wday != frame_time.tm_wday) event->done = 0;
+        }
+    }
+};
+
+TEST_F(NotificationsTest, ThePassDoesWhatSortingAndTwoWalksFromTheBackDo) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 1000; ++round) {
+        edit_event = nullptr;
+        events.clear();
+        for (int i = 0; i < round % 40; ++i) Add(RandomEvent(random, std::to_string(i)));
+        if (round % 3 == 0) SortEvents();
+        PlainPass plain = {events};
+        SCOPED_TRACE(round);
+
+        plain.Run(0.25F);
+        Frame(0.25F);
+
+        ASSERT_EQ(NamesOf(events), NamesOf(plain.list));
+        ASSERT_TRUE(std::equal(events.begin(), events.end(), plain.list.begin(), SameBytes));
+        ASSERT_EQ(n_notify, plain.due);
+        ASSERT_EQ(new_notify, plain.due > 0);
+        ASSERT_EQ(Opened(), plain.opened);
+    }
+}
+
+TEST_F(NotificationsTest, AReminderCountsOnceAlsoInAFrameThatSorts) {
+    AddAppointment("domani", 17, 5, 2012, 9, 0);
+    const Event& reminder = AddReminder("r", 0, 100);
+
+    Frame(0.25F);
+
+    ASSERT_EQ(NamesOf(events), (Names{"r", "domani"}));
+    EXPECT_EQ(reminder.elapsed, 100.25F);
+}
 
 // ---- Reminders ----
 

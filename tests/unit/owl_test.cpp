@@ -398,6 +398,38 @@ TEST_F(OwlTest, AQuizOfferComesAfterItsDelayAndNotAtIt) {
     EXPECT_TRUE(spawn_question);
 }
 
+TEST_F(OwlTest, AtAnyFrameRateAQuizOfferComesWithinASecondOfItsDelay) {
+    for (const int rate : {8, 30, 60, 75, 144, 165, 240, 360, 1000}) {
+        const float frame = 1 / static_cast<float>(rate);
+        spawn_question = false;
+        character.next_sq = 900;
+        character.sqt = 0;
+        character.sqt_lost = 0;
+        double exact = 0;
+        std::int64_t wrong = 0;
+        while (!spawn_question && exact < 902) {
+            exact += static_cast<double>(frame);
+            global_time = frame;
+            AdvanceOwl();
+            fakes::ClearLog();
+            if (!spawn_question && character.sqt != static_cast<float>(exact)) ++wrong;
+        }
+        EXPECT_NEAR(exact, 900, 1) << rate << " frames a second";
+        EXPECT_EQ(wrong, 0) << "frames at " << rate << " a second do not show the nearest float";
+    }
+}
+
+TEST_F(OwlTest, AQuizOfferStartsItsTimerAnewWithANewDelayAndNothingLost) {
+    character.next_sq = 900;
+    character.sqt = 900;
+    character.sqt_lost = 2e-5;
+
+    RunFrame(0.5F);
+
+    ASSERT_TRUE(spawn_question);
+    EXPECT_EQ(character.sqt_lost, 0);
+}
+
 TEST_F(OwlTest, AQuizOfferStartsItsTimerAnewWithANewDelay) {
     character.next_sq = 900;
     character.sqt = 900;

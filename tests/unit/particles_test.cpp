@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
 #include <vector>
 
 #include "tests/unit/effect_files.h"
@@ -103,6 +104,36 @@ TEST_F(OwlParticlesTest, ShowNothingWithoutTheirFiles) {
     spawn_question = true;
     RunFrame(0.125F);
     EXPECT_TRUE(Drawn().empty());
+}
+
+/// Returns what loading the effects says on standard error.
+std::string SaidOfLoading() {
+    testing::internal::CaptureStderr();
+    LoadParticles();
+    return testing::internal::GetCapturedStderr();
+}
+
+std::string Complaint(const std::string& file) {
+    return "Ulmaro Assistant: non riesco a leggere l'effetto \"" + file +
+           "\": manca o non e' un file di effetti.\n";
+}
+
+TEST_F(OwlParticlesTest, AreLoadedWithoutAWord) {
+    EXPECT_EQ(SaidOfLoading(), "");
+}
+
+TEST_F(OwlParticlesTest, AreMissedInALineEach) {
+    std::filesystem::remove("smoke.zfx");
+    EXPECT_EQ(SaidOfLoading(), Complaint("smoke.zfx"));
+
+    std::filesystem::remove("sleep.zfx");
+    EXPECT_EQ(SaidOfLoading(), Complaint("sleep.zfx") + Complaint("smoke.zfx"));
+}
+
+TEST_F(OwlParticlesTest, ThatAreNotAcceptedAreToldInALine) {
+    std::ofstream("sleep.zfx") << "ZFX ver: 3\n";
+
+    EXPECT_EQ(SaidOfLoading(), Complaint("sleep.zfx"));
 }
 
 // ---- The z's and the smoke ----

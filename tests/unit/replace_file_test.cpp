@@ -10,10 +10,12 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
+#include <new>
 #include <ostream>
 #include <set>
 #include <string>
@@ -53,6 +55,12 @@ ReplaceError Replace(const std::string& path, const std::string& bytes) {
     std::string destination;
     if (const ReplaceError error = FindDestination(path, destination)) return error;
     return ReplaceFile(destination, Writing(bytes));
+}
+
+/// Sets a file aside, whatever its second name.
+ReplaceError Keep(const std::string& path) {
+    std::string kept_as;
+    return SetAside(path, kept_as);
 }
 
 /// Tests in a folder of their own, which is empty and the current one.
@@ -96,16 +104,90 @@ TEST_F(ReplaceFileTest, LinksThatLeadInACircleHaveNoDestination) {
     EXPECT_EQ(destination, "untouched");
 }
 
-TEST_F(ReplaceFileTest, UpTo39LinksAreFollowed) {
+TEST_F(ReplaceFileTest, AsManyLinksAreFollowedAsTheKernelFollows) {
+    WriteFile("file", "");
     std::filesystem::create_symlink("file", "1");
+    for (int link = 2; link <= 41; ++link) {
+        std::filesystem::create_symlink(std::to_string(link - 1), std::to_string(link));
+    }
+    OpenFile file;
+    ASSERT_EQ(file.Open("40", O_RDONLY), 0);
+    ASSERT_EQ(file.Open("41", O_RDONLY), ELOOP);
+
+    std::string destination;
+    EXPECT_EQ(FindDestination("40", destination), kNoError);
+    EXPECT_EQ(destination, "file");
+    EXPECT_EQ(FindDestination("41", destination).reason, ReplaceReason::kLinkLoop);
+}
+
+TEST_F(ReplaceFileTest, LinksToFoldersOnTheWayAreFollowedAndCounted) {
+    std::filesystem::create_directories("real/deep");
+    std::filesystem::create_symlink("real/deep", "short");
+    std::filesystem::create_symlink("short/../there/file", "link");
+
+    std::string destination;
+    EXPECT_EQ(FindDestination("link", destination), kNoError);
+    EXPECT_EQ(destination, "real/deep/../there/file");
+
+    std::filesystem::create_symlink("short", "1");
     for (int link = 2; link <= 40; ++link) {
         std::filesystem::create_symlink(std::to_string(link - 1), std::to_string(link));
     }
+    EXPECT_EQ(FindDestination("39/file", destination), kNoError);
+    EXPECT_EQ(FindDestination("40/file", destination).reason, ReplaceReason::kLinkLoop);
+}
 
+TEST_F(ReplaceFileTest, ALinkOfAnotherUserIsNotFollowedAlsoNotOnTheWay) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can make another user's link";
+    constexpr uid_t kNobody = 65534;
+    std::filesystem::create_directory("folder");
+    WriteFile("folder/file", "old");
+    std::filesystem::create_symlink("folder/file", "direct");
+    std::filesystem::create_symlink("folder", "short");
+    std::filesystem::create_symlink("short/file", "through");
+    ASSERT_EQ(lchown("direct", kNobody, kNobody), 0);
+    ASSERT_EQ(lchown("short", kNobody, kNobody), 0);
+
+    const ReplaceError foreign = {ReplaceReason::kForeignLink, EACCES};
+    EXPECT_EQ(Replace("direct", "new"), foreign);
+    EXPECT_EQ(Replace("through", "new"), foreign);
+    EXPECT_EQ(ReadFile("folder/file"), "old");
+
+    ASSERT_EQ(chmod(".", 0755), 0);
+    const NotRoot nobody;  // to whom they belong, while "through" is root's
+    ASSERT_TRUE(nobody.Works());
     std::string destination;
-    EXPECT_EQ(FindDestination("39", destination), kNoError);
-    EXPECT_EQ(destination, "file");
-    EXPECT_EQ(FindDestination("40", destination).reason, ReplaceReason::kLinkLoop);
+    EXPECT_EQ(FindDestination("direct", destination), kNoError);
+    EXPECT_EQ(FindDestination("through", destination), kNoError);
+    EXPECT_EQ(destination, "folder/file");
+}
+
+/// Makes a device, a pipe or a socket; returns whether that worked.
+bool MakeSpecial(mode_t type, const std::string& name) {
+    return mknod(name.c_str(), type | 0600, type == S_IFCHR ? makedev(1, 3) : 0) == 0;
+}
+
+TEST_F(ReplaceFileTest, OnlyRegularFilesAreReplaced) {
+    const ReplaceError special = {ReplaceReason::kNotRegular, ENXIO};
+    for (const mode_t type : {S_IFIFO, S_IFSOCK, S_IFCHR, S_IFBLK}) {
+        SCOPED_TRACE(type);
+        if (!MakeSpecial(type, "special")) {
+            ASSERT_NE(geteuid(), 0U) << "root can make any";
+            continue;
+        }
+        std::filesystem::create_symlink("special", "link");
+
+        EXPECT_EQ(Replace("special", "new"), special);
+        EXPECT_EQ(Replace("link", "new"), special);
+        EXPECT_EQ(ReplaceFile("special", Writing("new")), special) << "it came after the path was found";
+
+        struct stat status {};
+        ASSERT_EQ(lstat("special", &status), 0);
+        EXPECT_EQ(status.st_mode & S_IFMT, type);
+        EXPECT_EQ(folder_.Names(), (FileNames{"link", "special"}));
+        unlink("special");
+        unlink("link");
+    }
 }
 
 TEST_F(ReplaceFileTest, APathThroughAFileHasNoDestination) {
@@ -348,6 +430,30 @@ TEST_F(ReplaceFileTest, AFileThatMustNotGrowKeepsTheOldOne) {
     EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
 }
 
+TEST_F(ReplaceFileTest, AWriterWithoutMemoryKeepsTheOldFileAndLeavesNothing) {
+    WriteFile("file", "old");
+
+    EXPECT_EQ(ReplaceFile("file", [](const OpenFile&) -> int { throw std::bad_alloc(); }),
+              SystemError(ENOMEM));
+
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFolderThatMayNotBeReadCannotBeFlushedAndThatIsNoError) {
+    WriteFile("file", "old");
+    ASSERT_EQ(chmod("file", 0666), 0);
+    ASSERT_EQ(chmod(".", 0333), 0);
+    {
+        const NotRoot not_root;
+        ASSERT_TRUE(not_root.Works());
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+    }
+    ASSERT_EQ(chmod(".", 0755), 0);
+
+    EXPECT_EQ(ReadFile("file"), "new");
+}
+
 TEST_F(ReplaceFileTest, AFolderThatIsGoneIsNoEntry) {
     EXPECT_EQ(Replace("gone/file", "new"), SystemError(ENOENT));
 }
@@ -360,7 +466,7 @@ TEST_F(ReplaceFileTest, AReadOnlyFolderIsNoAccess) {
         const NotRoot not_root;
         ASSERT_TRUE(not_root.Works());
         EXPECT_EQ(Replace("file", "new"), SystemError(EACCES));
-        EXPECT_EQ(SetAside("file"), SystemError(EACCES));
+        EXPECT_EQ(Keep("file"), SystemError(EACCES));
     }
     ASSERT_EQ(chmod(".", 0755), 0);
 
@@ -373,7 +479,7 @@ TEST_F(ReplaceFileTest, AFolderInTheFilesPlaceIsNeitherReplacedNorSetAside) {
     WriteFile("file/inside", "untouched");
 
     EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
-    EXPECT_EQ(SetAside("file"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
+    EXPECT_EQ(Keep("file"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
 
     EXPECT_EQ(ReadFile("file/inside"), "untouched");
     EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
@@ -385,7 +491,7 @@ TEST_F(ReplaceFileTest, AFileSetAsideHasASecondNameThatOutlivesItsReplacement) {
     WriteFile("file", "damaged");
     ASSERT_EQ(chmod("file", 0640), 0);
 
-    EXPECT_EQ(SetAside("file"), kNoError);
+    EXPECT_EQ(Keep("file"), kNoError);
     EXPECT_EQ(ReadFile("file"), "damaged");
     EXPECT_EQ(Replace("file", "new"), kNoError);
 
@@ -398,7 +504,7 @@ TEST_F(ReplaceFileTest, AFileSetAsideHasASecondNameThatOutlivesItsReplacement) {
 TEST_F(ReplaceFileTest, EveryFurtherFileSetAsideGetsTheNextNumber) {
     for (const char* damaged : {"a", "b", "c"}) {
         WriteFile("file", damaged);
-        EXPECT_EQ(SetAside("file"), kNoError);
+        EXPECT_EQ(Keep("file"), kNoError);
         EXPECT_EQ(Replace("file", "new"), kNoError);
     }
 
@@ -413,7 +519,7 @@ TEST_F(ReplaceFileTest, WhateverHasABackupsNameIsLeftAlone) {
     std::filesystem::create_symlink("nowhere", "file.bak.1");
     WriteFile("file", "damaged");
 
-    EXPECT_EQ(SetAside("file"), kNoError);
+    EXPECT_EQ(Keep("file"), kNoError);
 
     EXPECT_TRUE(std::filesystem::is_directory("file.bak"));
     EXPECT_EQ(std::filesystem::read_symlink("file.bak.1"), "nowhere");
@@ -425,23 +531,48 @@ TEST_F(ReplaceFileTest, AFileThatIsSetAsideAlreadyGetsNoThirdName) {
     WriteFile("file", "damaged");
     WriteFile("file.bak", "older");
 
-    EXPECT_EQ(SetAside("file"), kNoError);
-    EXPECT_EQ(SetAside("file"), kNoError);
+    EXPECT_EQ(Keep("file"), kNoError);
+    EXPECT_EQ(Keep("file"), kNoError);
 
     EXPECT_EQ(ReadFile("file.bak"), "older");
     EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak", "file.bak.1"}));
 }
 
-TEST_F(ReplaceFileTest, AFileThatIsNotThereNeedsNoKeeping) {
-    EXPECT_EQ(SetAside("file"), kNoError);
+TEST_F(ReplaceFileTest, ALinkToTheFileIsNoSecondNameOfIt) {
+    WriteFile("file", "damaged");
+    std::filesystem::create_symlink("file", "file.bak");
 
+    EXPECT_EQ(Keep("file"), kNoError);
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+
+    EXPECT_EQ(ReadFile("file.bak.1"), "damaged");
+}
+
+TEST_F(ReplaceFileTest, TheNextBackupsNameIsTheOneThatSettingAsideGives) {
+    WriteFile("file", "damaged");
+    std::filesystem::create_symlink("nowhere", "file.bak");
+    std::string kept_as;
+
+    EXPECT_EQ(NextBackupName("file"), "file.bak.1");
+    EXPECT_EQ(SetAside("file", kept_as), kNoError);
+    EXPECT_EQ(kept_as, "file.bak.1");
+    EXPECT_EQ(NextBackupName("file"), "file.bak.1") << "which it has already";
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+    EXPECT_EQ(NextBackupName("file"), "file.bak.2");
+}
+
+TEST_F(ReplaceFileTest, AFileThatIsNotThereNeedsNoKeeping) {
+    std::string kept_as = "before";
+    EXPECT_EQ(SetAside("file", kept_as), kNoError);
+
+    EXPECT_EQ(kept_as, "");
     EXPECT_TRUE(folder_.Names().empty());
 }
 
 TEST_F(ReplaceFileTest, SettingAsideInAFolderThatCannotBeLookedIntoFails) {
     WriteFile("file", "");
 
-    EXPECT_EQ(SetAside("file/inside"), SystemError(ENOTDIR));
+    EXPECT_EQ(Keep("file/inside"), SystemError(ENOTDIR));
 }
 
 }  // namespace

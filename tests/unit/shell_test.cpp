@@ -2,20 +2,22 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/shell.h"
+#include "calendar/store.h"
 
 #include <GL/freeglut.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <sys/types.h>
 
 #include <algorithm>
-#include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include "engine/Sound.h"
@@ -31,25 +33,31 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-/// Runs a part of the program and returns whether a condition holds at the moment at which it opens that file
-/// to read it. The file is a pipe: who opens it waits for the other end, where a thread of the test asks for
-/// the condition first. False where the file is never opened.
-template <typename Run, typename Condition>
-bool HoldsWhenOpened(const char* file, Run run, Condition condition) {
-    EXPECT_EQ(mkfifo(file, S_IRUSR | S_IWUSR), 0);
-    std::atomic<bool> ended = false;
+/// A condition that is asked for when standard error says something of a file.
+struct Listener {
+    std::string file;
+    std::function<bool()> condition;
     bool holds = false;
-    std::thread other_end([&] {
-        const int pipe = open(file, O_WRONLY | O_CLOEXEC);
-        holds = !ended && condition();
-        close(pipe);
-    });
+};
+
+/// Takes a line of standard error.
+ssize_t Listen(void* listener, const char* line, std::size_t length) {
+    auto& to = *static_cast<Listener*>(listener);
+    if (std::string(line, length).find(to.file) != std::string::npos) to.holds = to.condition();
+    return static_cast<ssize_t>(length);
+}
+
+/// Runs a part of the program and returns whether a condition holds at the moment at which it tells that it
+/// cannot read that effect. False where it never tells.
+bool HoldsWhenMissed(const std::string& effect, const std::function<void()>& run,
+                     const std::function<bool()>& condition) {
+    Listener listener = {effect, condition};
+    std::FILE* before =
+        std::exchange(stderr, fopencookie(&listener, "w", {nullptr, Listen, nullptr, nullptr}));
+    std::setvbuf(stderr, nullptr, _IOLBF, BUFSIZ);
     run();
-    ended = true;
-    const int release = open(file, O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // lets a thread go that still waits
-    other_end.join();
-    close(release);
-    return holds;
+    std::fclose(std::exchange(stderr, before));
+    return listener.holds;
 }
 
 // ---- main ----
@@ -224,7 +232,7 @@ TEST_F(MainTest, LoadsTheEventsBeforeItRegistersACallback) {
 TEST_F(MainTest, PreparesTheSoundTableBeforeTheAssets) {
     AudioEngine.initialized = false;
 
-    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", RunMain, [] { return AudioEngine.initialized; }));
+    EXPECT_TRUE(HoldsWhenMissed("sleep.zfx", RunMain, [] { return AudioEngine.initialized; }));
 }
 
 TEST_F(MainTest, StartsWithoutASoundDevice) {
@@ -372,14 +380,14 @@ TEST_F(InitTest, LetsTheEffectsBeWatchedFromTheCamera) {
 TEST_F(InitTest, SaysWhereTheEffectsAreWatchedFromBeforeItLoadsThem) {
     ZFX::SetWatcher(nullptr, nullptr, nullptr);
 
-    EXPECT_TRUE(HoldsWhenOpened("sleep.zfx", init, [] { return ZFX::watcher_x == &cam.x; }));
+    EXPECT_TRUE(HoldsWhenMissed("sleep.zfx", init, [] { return ZFX::watcher_x == &cam.x; }));
 }
 
 TEST_F(InitTest, FillsTheBankOfQuestionsAndTheListOfEventsAfterTheEffects) {
     PictureFolder::WriteBytes("database.bin", {2, 0, 0, 0});
     questions.clear();
 
-    EXPECT_TRUE(HoldsWhenOpened("smoke.zfx", init, [] { return questions.empty() && events.empty(); }));
+    EXPECT_TRUE(HoldsWhenMissed("smoke.zfx", init, [] { return questions.empty() && events.empty(); }));
 
     EXPECT_EQ(questions.size(), 108U);
     EXPECT_EQ(events.size(), 2U);
@@ -755,6 +763,68 @@ TEST_F(GlobalTimeTest, ReadsTheClockOnce) {
     GetGlobalTime(dt);
 
     EXPECT_EQ(fakes::desktop().clock_calls, 1);
+}
+
+// ---- What is unsaved ----
+
+/// A store that cannot be saved, because a folder has its name, until Mend().
+class UnsavedTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        LoadEvents();  // of an empty folder
+        std::filesystem::create_directory("database.bin");
+        testing::internal::CaptureStderr();
+        SaveEvents();
+        fakes::ClearLog();
+    }
+    void TearDown() override {
+        testing::internal::GetCapturedStderr();
+        Mend();
+        SaveEvents();  // nothing is unsaved in the next test
+    }
+
+    static void Mend() { std::filesystem::remove("database.bin"); }
+
+    /// Draws a frame so many seconds after the last.
+    static void FrameAfter(double seconds) {
+        fakes::desktop().nanoseconds += static_cast<std::uint64_t>(seconds * 1e9);
+        display();
+    }
+
+    static Calls Titles() { return fakes::Lines({"glutSetWindowTitle"}); }
+};
+
+TEST_F(UnsavedTest, TheTitleHasAnAsteriskFromTheNextFrameOn) {
+    FrameAfter(0.02);
+    FrameAfter(0.02);
+
+    EXPECT_EQ(Titles(), (Calls{"glutSetWindowTitle(\"*Ulmaro Assistant\")"}));
+}
+
+TEST_F(UnsavedTest, TheSaveIsTriedAgainASecondLaterAndTheTitleIsAsBefore) {
+    FrameAfter(0.02);
+    Mend();
+    FrameAfter(0.9);
+    EXPECT_FALSE(std::filesystem::exists("database.bin"));
+
+    FrameAfter(0.2);
+
+    EXPECT_TRUE(std::filesystem::is_regular_file("database.bin"));
+    EXPECT_EQ(Titles(), (Calls{"glutSetWindowTitle(\"*Ulmaro Assistant\")",
+                               "glutSetWindowTitle(\"Ulmaro Assistant\")"}));
+}
+
+TEST_F(UnsavedTest, TheTitleStaysAsLongAsTheSaveFails) {
+    for (int second = 0; second < 200; ++second) FrameAfter(1);
+
+    EXPECT_EQ(Titles().size(), 1U);
+}
+
+TEST_F(DisplayTest, WithoutAFailedSaveTheTitleIsLeftAlone) {
+    display();
+
+    EXPECT_EQ(fakes::Count("glutSetWindowTitle"), 0U);
 }
 
 }  // namespace

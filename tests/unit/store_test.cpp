@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: the file's bytes, loading, loading damaged files, setting damaged files aside, links and
-// permissions, saves that fail, emptying the store.
+// Index: the file's bytes, loading, loading damaged files, setting damaged files aside, files that cannot be
+// read, links and permissions, saves that fail, trying again, emptying the store.
 #include "calendar/store.h"
 
 #include <fcntl.h>
@@ -83,6 +83,11 @@ std::string ThreeRecords() {
     return Bytes().Int32(3).Raw(Record("uno", 0)).Raw(Record("due", 1)).Raw(Record("tre", 0)).Get();
 }
 
+/// The one line that a failed save says, with its reason.
+std::string Complaint(const std::string& reason) {
+    return "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": " + reason + ".\n";
+}
+
 class StoreTest : public CalendarTest {
   protected:
     /// Leaves the folder empty.
@@ -91,9 +96,32 @@ class StoreTest : public CalendarTest {
         for (const std::string& sound : SoundFiles()) std::filesystem::remove(sound);
     }
 
-    static void Load(const std::string& bytes) {
-        WriteFile("database.bin", bytes);
+    /// Loads what is there and returns what is said on standard error.
+    static std::string Load() {
+        testing::internal::CaptureStderr();
         LoadEvents();
+        return testing::internal::GetCapturedStderr();
+    }
+    static std::string Load(const std::string& bytes) {
+        WriteFile("database.bin", bytes);
+        return Load();
+    }
+
+    /// Loads while no file can be opened, and returns what is said on standard error.
+    static std::string LoadInVain() {
+        testing::internal::CaptureStderr();  // which opens a file
+        {
+            const NoMoreFiles none;
+            LoadEvents();
+        }
+        return testing::internal::GetCapturedStderr();
+    }
+
+    /// Tries again what is unsaved, at a time in seconds, and returns what is said on standard error.
+    static std::string RetryAt(double seconds) {
+        testing::internal::CaptureStderr();
+        RetrySave(static_cast<std::uint64_t>(seconds * 1e9));
+        return testing::internal::GetCapturedStderr();
     }
 
     /// Saves and returns what is said on standard error.
@@ -425,6 +453,19 @@ TEST_F(StoreTest, APipeInTheFilesPlaceLoadsNothingAndDoesNotBlock) {
 
 // ---- Setting damaged files aside ----
 
+/// The line that tells of a damaged file at start.
+std::string Damaged(const std::string& backup) {
+    return "Ulmaro Assistant: \"database.bin\" e' danneggiato, uso quello che si legge; prima di sostituirlo "
+           "lo "
+           "conservo come \"" +
+           backup + "\".\n";
+}
+
+/// The line of the save that sets it aside.
+std::string Kept(const std::string& backup) {
+    return "Ulmaro Assistant: il vecchio \"database.bin\" e' conservato come \"" + backup + "\".\n";
+}
+
 /// Every way in which a file can contradict its count.
 std::vector<std::string> DamagedFiles() {
     return {
@@ -449,13 +490,44 @@ TEST_F(StoreTest, EveryDamagedFileIsKeptAsBakBeforeTheFirstSaveReplacesIt) {
         events.clear();
         AddAppointments(2);
 
-        EXPECT_EQ(Save(), "");
+        EXPECT_EQ(Save(), Kept("database.bin.bak"));
 
         EXPECT_EQ(ReadFile("database.bin.bak"), damaged);
         EXPECT_EQ(StoredNames(), (Names{"01", "02"}));
         EXPECT_EQ(folder_.Names(), (FileNames{"database.bin", "database.bin.bak"}));
         std::filesystem::remove("database.bin.bak");
     }
+}
+
+TEST_F(StoreTest, ADamagedFileIsToldAtStartWithTheNameThatItWillHave) {
+    for (const std::string& damaged : DamagedFiles()) {
+        EXPECT_EQ(Load(damaged), Damaged("database.bin.bak"));
+    }
+    WriteFile("database.bin.bak", "an older one");
+    WriteFile("database.bin.bak.1", "another");
+
+    EXPECT_EQ(Load("xy"), Damaged("database.bin.bak.2"));
+    EXPECT_EQ(Save(), Kept("database.bin.bak.2"));
+
+    EXPECT_EQ(ReadFile("database.bin.bak.2"), "xy");
+    EXPECT_EQ(Save(), "");
+}
+
+TEST_F(StoreTest, ADamagedFileThatCannotBeReplacedIsToldWithTheReason) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can make another user's link";
+    WriteFile("file", "xy");
+    std::filesystem::create_symlink("file", "database.bin");
+    ASSERT_EQ(lchown("database.bin", 65534, 65534), 0);
+
+    EXPECT_EQ(
+        Load(),
+        "Ulmaro Assistant: \"database.bin\" e' danneggiato, uso quello che si legge; non potro' salvare: "
+        "ci porta un collegamento simbolico di un altro utente.\n");
+}
+
+TEST_F(StoreTest, AWholeFileIsLoadedWithoutAWord) {
+    EXPECT_EQ(Load(ThreeRecords()), "");
+    EXPECT_EQ(Load(std::string(4, '\0')), "");
 }
 
 TEST_F(StoreTest, ADamagedFileIsSetAsideOnceAndNotAtEverySave) {
@@ -507,6 +579,133 @@ TEST_F(StoreTest, ADamagedFileThatIsGoneMeanwhileNeedsNoKeeping) {
     EXPECT_EQ(Save(), "");
 
     EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+}
+
+// ---- Files that cannot be read ----
+
+/// The line that tells of it at start.
+std::string Unread(const std::string& reason) {
+    return "Ulmaro Assistant: non riesco a leggere gli eventi da \"database.bin\": " + reason +
+           "; ci riprovo prima di salvare e fino ad allora non lo sostituisco.\n";
+}
+
+TEST_F(StoreTest, AFileThatCannotBeReadIsToldAtStartAndLoadsNothing) {
+    WriteFile("database.bin", ThreeRecords());
+
+    EXPECT_EQ(LoadInVain(), Unread("ci sono troppi file aperti"));
+
+    EXPECT_TRUE(events.empty());
+    EXPECT_FALSE(EventsAreUnsaved()) << "nothing was saved yet";
+}
+
+TEST_F(StoreTest, WhatWasAddedSinceJoinsTheEventsOfAFileThatIsReadAtLast) {
+    WriteFile("database.bin", Bytes().Int32(2).Raw(Record("uno", 0)).Raw(Record("due", 2)).Get());
+    LoadInVain();
+    AddAppointments(2);
+    edit_event = &events.back();
+    Event* const edited = edit_event;
+
+    EXPECT_EQ(Save(), "");
+
+    EXPECT_EQ(NamesOf(events), (Names{"uno", "due", "01", "02"}));
+    EXPECT_EQ(StoredNames(), (Names{"uno", "due", "01", "02"}));
+    EXPECT_EQ(std::next(events.begin())->elapsed, 10800.0F) << "its reminders are due as at start";
+    EXPECT_EQ(edit_event, edited);
+    EXPECT_EQ(&events.back(), edited);
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+    EXPECT_EQ(Save(), "");
+    EXPECT_EQ(events.size(), 4U) << "they join once";
+}
+
+TEST_F(StoreTest, AFileThatStaysUnreadableIsNotReplaced) {
+    WriteFile("database.bin", ThreeRecords());
+    ASSERT_EQ(chmod("database.bin", 0), 0);
+    ASSERT_EQ(chmod(".", 0777), 0);
+    AddAppointments(1);
+    {
+        const NotRoot not_root;
+        ASSERT_TRUE(not_root.Works());
+        EXPECT_EQ(Load(), Unread("manca il permesso di leggerlo"));
+        AddAppointments(1);
+        EXPECT_EQ(Save(),
+                  "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": prima devo "
+                  "leggerlo, ma manca il permesso di leggerlo.\n");
+        EXPECT_TRUE(EventsAreUnsaved());
+    }
+    ASSERT_EQ(chmod("database.bin", 0600), 0);
+    EXPECT_EQ(ReadFile("database.bin"), ThreeRecords());
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+
+    EXPECT_EQ(Save(), "");
+    EXPECT_EQ(StoredNames(), (Names{"uno", "due", "tre", "01"}));
+}
+
+TEST_F(StoreTest, AFileThatProvesDamagedWhenItIsReadAtLastIsSetAside) {
+    const std::string damaged = Bytes().Int32(1).Raw(Record("uno", 0)).Raw("x").Get();
+    WriteFile("database.bin", damaged);
+    LoadInVain();
+    AddAppointments(1);
+
+    EXPECT_EQ(Save(), Kept("database.bin.bak"));
+
+    EXPECT_EQ(ReadFile("database.bin.bak"), damaged);
+    EXPECT_EQ(StoredNames(), (Names{"uno", "01"}));
+}
+
+TEST_F(StoreTest, AFileThatIsGoneWhenItIsToBeReadAtLastHasNoEvents) {
+    WriteFile("database.bin", ThreeRecords());
+    LoadInVain();
+    std::filesystem::remove("database.bin");
+    AddAppointments(1);
+
+    EXPECT_EQ(Save(), "");
+
+    EXPECT_EQ(StoredNames(), (Names{"01"}));
+}
+
+TEST_F(StoreTest, WhatIsNoFileIsToldAtStartAndAgainWhenItIsNotReplaced) {
+    ASSERT_EQ(mkfifo("database.bin", 0600), 0);
+    constexpr char kNoFile[] = "al suo posto c'e' qualcosa che non e' un file normale";
+
+    EXPECT_EQ(Load(), Unread(kNoFile));
+    AddAppointments(1);
+    EXPECT_EQ(Save(), Complaint(kNoFile));
+
+    EXPECT_TRUE(std::filesystem::is_fifo("database.bin"));
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
+    std::filesystem::remove("database.bin");
+    EXPECT_EQ(Save(), "");
+    EXPECT_EQ(StoredNames(), (Names{"01"}));
+}
+
+TEST_F(StoreTest, AFolderInTheFilesPlaceIsToldAtStart) {
+    std::filesystem::create_directory("database.bin");
+
+    EXPECT_EQ(Load(), Unread("al suo posto c'e' una cartella"));
+}
+
+TEST_F(StoreTest, ALinkToADeviceIsNotReplaced) {
+    std::filesystem::create_symlink("/dev/null", "database.bin");
+    AddAppointments(1);
+
+    EXPECT_EQ(Save(), Complaint("al suo posto c'e' qualcosa che non e' un file normale"));
+
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST_F(StoreTest, ALinkOfAnotherUserIsReadButItsTargetIsNotReplaced) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can make another user's link";
+    WriteFile("file", ThreeRecords());
+    std::filesystem::create_symlink("file", "database.bin");
+    ASSERT_EQ(lchown("database.bin", 65534, 65534), 0);
+
+    EXPECT_EQ(Load(), "");
+    EXPECT_EQ(events.size(), 3U);
+    events.clear();
+    EXPECT_EQ(Save(), Complaint("ci porta un collegamento simbolico di un altro utente"));
+
+    EXPECT_EQ(ReadFile("file"), ThreeRecords());
+    EXPECT_EQ(folder_.Names(), (FileNames{"database.bin", "file"}));
 }
 
 // ---- Links and permissions ----
@@ -571,9 +770,9 @@ TEST_F(StoreTest, ADamagedFileBehindALinkIsKeptBesideItsTarget) {
     std::filesystem::create_directory("altrove");
     WriteFile("altrove/eventi", "xy");
     std::filesystem::create_symlink("altrove/eventi", "database.bin");
-    LoadEvents();
 
-    SaveEvents();
+    EXPECT_EQ(Load(), Damaged("altrove/eventi.bak"));
+    EXPECT_EQ(Save(), Kept("altrove/eventi.bak"));
 
     EXPECT_EQ(ReadFile("altrove/eventi.bak"), "xy");
     EXPECT_EQ(ReadFile("altrove/eventi"), std::string(4, '\0'));
@@ -606,11 +805,6 @@ TEST_F(StoreTest, AReplacedFileIsAtLeastReadableByItsOwner) {
 }
 
 // ---- Saves that fail ----
-
-/// The one line that a failed save says, with its reason.
-std::string Complaint(const std::string& reason) {
-    return "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": " + reason + ".\n";
-}
 
 TEST_F(StoreTest, WithoutRoomForTheNewFileItKeepsTheOldOneAndSaysWhyInOneItalianLine) {
     Load(ThreeRecords());
@@ -789,7 +983,138 @@ TEST_F(StoreTest, ASaveThatAnotherProgramIsAtIsNotClearedAwayAndTheNextTriesAgai
     EXPECT_EQ(folder_.Names(), (FileNames{"database.bin"}));
 }
 
+// ---- Trying again ----
+
+TEST_F(StoreTest, OnlyASaveThatFailedLeavesEventsUnsavedAndOnlyUntilOneWorks) {
+    AddAppointments(1);
+    EXPECT_FALSE(EventsAreUnsaved());
+    std::filesystem::create_directory("database.bin.new");
+
+    Save();
+    EXPECT_TRUE(EventsAreUnsaved());
+
+    std::filesystem::remove("database.bin.new");
+    Save();
+    EXPECT_FALSE(EventsAreUnsaved());
+}
+
+TEST_F(StoreTest, ASaveThatFailedIsTriedAgainASecondLaterByItself) {
+    AddAppointments(2);
+    std::filesystem::create_directory("database.bin.new");
+    Save();
+    std::filesystem::remove("database.bin.new");
+
+    for (const double now : {50.0, 50.5, 50.999}) {
+        RetryAt(now);
+        EXPECT_TRUE(EventsAreUnsaved()) << now;
+    }
+    EXPECT_EQ(RetryAt(51), "");
+
+    EXPECT_FALSE(EventsAreUnsaved());
+    EXPECT_EQ(StoredNames(), (Names{"01", "02"}));
+}
+
+TEST_F(StoreTest, ThePausesBetweenTriesDoubleUpToAMinute) {
+    std::filesystem::create_directory("database.bin");
+    AddAppointments(1);
+    Save();
+    std::vector<int> tried_at;
+    for (int second = 0; second < 250; ++second) {
+        WriteFile("database.bin.new", "left behind");  // which a try clears away
+        RetryAt(second);
+        if (!std::filesystem::exists("database.bin.new")) tried_at.push_back(second);
+    }
+
+    EXPECT_EQ(tried_at, (std::vector<int>{1, 3, 7, 15, 31, 63, 123, 183, 243}));
+}
+
+TEST_F(StoreTest, AnotherSaveThatFailsBeginsWithTheShortPauseAgain) {
+    std::filesystem::create_directory("database.bin");
+    AddAppointments(1);
+    Save();
+    for (int second = 0; second < 100; ++second) RetryAt(second);
+    Save();
+    std::filesystem::remove("database.bin");
+
+    RetryAt(200);
+    EXPECT_TRUE(EventsAreUnsaved());
+    RetryAt(201);
+
+    EXPECT_FALSE(EventsAreUnsaved());
+}
+
+TEST_F(StoreTest, NothingIsTriedAgainWhereNothingIsUnsaved) {
+    AddAppointments(1);
+    Save();
+    AddAppointments(1);
+
+    for (int second = 0; second < 200; ++second) RetryAt(second);
+
+    EXPECT_EQ(StoredNames(), (Names{"01"}));
+}
+
+TEST_F(StoreTest, AFailureForTheSameReasonIsNotToldAgainButAnotherIs) {
+    AddAppointments(1);
+    std::filesystem::create_directory("database.bin.new");
+    const std::string in_the_way = Complaint("errore di sistema numero " + std::to_string(EEXIST));
+    EXPECT_EQ(Save(), in_the_way);
+    RetryAt(1);
+    for (int second = 2; second < 500; ++second) EXPECT_EQ(RetryAt(second), "");
+
+    std::filesystem::remove("database.bin.new");
+    std::filesystem::create_directory("database.bin");
+    std::string said;
+    for (int second = 500; second < 1000; ++second) said += RetryAt(second);
+
+    EXPECT_EQ(said, Complaint("al suo posto c'e' una cartella"));
+}
+
+TEST_F(StoreTest, AFileThatCouldNotBeReadIsReadAndJoinedWhenTheSaveIsTriedAgain) {
+    WriteFile("database.bin", ThreeRecords());
+    LoadInVain();
+    AddAppointments(1);
+    testing::internal::CaptureStderr();
+    {
+        const NoMoreFiles none;
+        SaveEvents();
+    }
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": prima devo leggerlo, ma ci "
+        "sono troppi file aperti.\n");
+
+    RetryAt(1);
+    EXPECT_EQ(RetryAt(2), "");
+
+    EXPECT_FALSE(EventsAreUnsaved());
+    EXPECT_EQ(StoredNames(), (Names{"uno", "due", "tre", "01"}));
+}
+
+TEST_F(StoreTest, LoadingForgetsWhatWasUnsaved) {
+    AddAppointments(1);
+    std::filesystem::create_directory("database.bin.new");
+    Save();
+
+    Load();
+
+    EXPECT_FALSE(EventsAreUnsaved());
+}
+
 // ---- Emptying the store ----
+
+TEST_F(StoreTest, ResettingAFileThatCouldNotBeReadKeepsItAside) {
+    WriteFile("database.bin", ThreeRecords());
+    LoadInVain();
+    AddAppointments(1);
+
+    testing::internal::CaptureStderr();
+    ResetEvents();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), Kept("database.bin.bak"));
+
+    EXPECT_TRUE(events.empty());
+    EXPECT_EQ(ReadFile("database.bin"), std::string(4, '\0'));
+    EXPECT_EQ(ReadFile("database.bin.bak"), ThreeRecords());
+}
 
 TEST_F(StoreTest, ResettingEmptiesTheListAndTheFile) {
     Load(ThreeRecords());

@@ -196,27 +196,27 @@ TEST_F(StrokeQueueTest, ForgetsAllStrokesAndTheMark) {
 
 // ---- The longest queue ----
 
-TEST_F(StrokeQueueTest, KeepsUpTo4096CharactersThatWait) {
-    Enqueue(std::string(4096, 'a') + "b");
+TEST_F(StrokeQueueTest, KeepsAsManyCharactersAsTheLargestFieldTakes) {
+    Enqueue(std::string(345, 'a') + "b");
 
-    EXPECT_EQ(Rest(), std::string(4096, 'a'));
+    EXPECT_EQ(Rest(), std::string(345, 'a'));
 }
 
 TEST_F(StrokeQueueTest, TakesACharacterAgainAsSoonAsThereIsRoom) {
-    Enqueue(std::string(4096, 'a'));
+    Enqueue(std::string(345, 'a'));
     Dequeue(1);
 
     Enqueue("bc");
 
-    EXPECT_EQ(Rest(), std::string(4095, 'a') + "b");
+    EXPECT_EQ(Rest(), std::string(344, 'a') + "b");
 }
 
 TEST_F(StrokeQueueTest, APressIsNeverTurnedAway) {
-    Enqueue(std::string(4096, 'a'));
+    Enqueue(std::string(345, 'a'));
 
     Press(1, 2);
 
-    EXPECT_EQ(Rest(), std::string(4096, 'a') + "(1,2)");
+    EXPECT_EQ(Rest(), std::string(345, 'a') + "(1,2)");
 }
 
 }  // namespace

@@ -7,12 +7,14 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/limit_memory.h"
 
 namespace {
 
@@ -278,10 +280,70 @@ TEST_F(TexturesTest, AFileShortByOneByteIsTruncated) {
     ExpectRefusal("ic7", "il file e' troncato");
 }
 
-TEST_F(TexturesTest, AFileLongerByOneByteDoesNotFitItsSizes) {
-    PictureFolder::Write("GUI_02", 2, 1, std::vector<std::uint8_t>(9));
+TEST_F(TexturesTest, BytesBehindThePixelsAreNotLookedAt) {
+    const std::vector<std::uint8_t> pixels = {1, 2, 3, 4, 5, 6, 7, 8};
+    for (const std::size_t more : {1UL, 1'000'000UL}) {
+        std::vector<std::uint8_t> bytes = pixels;
+        bytes.resize(pixels.size() + more, 0xEE);
+        PictureFolder::Write("GUI_02", 2, 1, bytes);
 
-    ExpectRefusal("GUI_02", "le sue misure non corrispondono alla lunghezza del file");
+        LoadTextures();
+
+        const fakes::Texture& texture = fakes::gl().textures.at(GUI[kEditorScreen]);
+        EXPECT_EQ(texture.width, 2) << more;
+        EXPECT_EQ(texture.height, 1) << more;
+        EXPECT_EQ(texture.pixels, pixels) << more;
+    }
+}
+
+#ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
+
+/// Writes a picture of 1.6 GB into the current folder, most of it a hole: it takes no place.
+void WriteHugePicture(const std::string& file) {
+    constexpr std::uint32_t kEdge = 20'000;
+    fakes::gl().max_texture_size = kEdge;
+    PictureFolder::Write(file, kEdge, kEdge, {});
+    std::filesystem::resize_file(file, 8 + std::uintmax_t{4} * kEdge * kEdge);
+}
+
+TEST_F(TexturesTest, APictureLargerThanTheMemoryEndsTheProgramWithALineThatNamesIt) {
+    WriteHugePicture("hat");
+
+    EXPECT_EXIT(
+        {
+            LimitMemory(kGigabyte);
+            LoadTextures();
+        },
+        testing::ExitedWithCode(1), "^Ulmaro Assistant: [^\n]*\"hat\": la memoria non basta\\.\n$");
+}
+
+TEST_F(TexturesTest, AnIconLargerThanTheMemoryIsNone) {
+    WriteHugePicture("window_icon");
+
+    EXPECT_EXIT(
+        {
+            LimitMemory(kGigabyte);
+            SetWindowClassAndIcon();
+            std::exit(fakes::desktop().icon_width == 0 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "^$");
+}
+
+#endif
+
+void SayExit() {
+    std::fputs("exit was called", stderr);
+}
+
+TEST_F(TexturesTest, WhatIsRegisteredForTheEndRunsAfterTheLine) {
+    std::filesystem::remove("hat");
+
+    EXPECT_EXIT(
+        {
+            std::atexit(SayExit);
+            LoadTextures();
+        },
+        testing::ExitedWithCode(1), "^[^\n]*\"hat\"[^\n]*\nexit was called$");
 }
 
 TEST_F(TexturesTest, AWidthOrHeightOfZeroIsRefused) {

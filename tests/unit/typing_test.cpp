@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // Index: from the window system to a field, what types what, where nothing is typed, clicks between
-// characters, listening, special keys.
+// characters, listening, keys that others set, special keys.
 #include "app/typing.h"
 
 #include <algorithm>
@@ -60,18 +60,19 @@ TEST_F(TypingTest, OneCharacterAFrameArrivesInTheOrderOfTyping) {
     EXPECT_EQ(texts, (std::vector<std::string>{"z", "zb", "zbb", "zbba", "zbba"}));
 }
 
-TEST_F(TypingTest, ACharacterIsDeliveredOnceAndAlone) {
+TEST_F(TypingTest, ACharacterIsDeliveredOnceAndOneAFrame) {
     TypeCode('a');
     TypeCode('a');
-    key_state[3] = true;
+    TypeCode('b');
 
-    DeliverTyping(true);
-    EXPECT_EQ(KeysSet(), (std::vector<int>{'a'}));
-    DeliverTyping(true);
-    EXPECT_EQ(KeysSet(), (std::vector<int>{'a'}));
-    DeliverTyping(true);
+    std::vector<std::vector<int>> frames;
+    for (int i = 0; i < 4; ++i) {
+        DeliverTyping(true);
+        frames.push_back(KeysSet());
+        ResetFrameInput();
+    }
 
-    EXPECT_EQ(KeysSet(), (std::vector<int>{}));
+    EXPECT_EQ(frames, (std::vector<std::vector<int>>{{'a'}, {'a'}, {'b'}, {}}));
 }
 
 TEST_F(TypingTest, ASentenceArrivesWhole) {
@@ -112,6 +113,7 @@ TEST_F(TypingTest, BackspaceAndDeleteBothRemoveTheLastCharacter) {
         TypeCode(code);
         DeliverTyping(true);
         EXPECT_EQ(KeysSet(), (std::vector<int>{127})) << code;
+        ResetFrameInput();
     }
 
     Type("abc");
@@ -352,6 +354,18 @@ TEST_F(TypingTest, AfterTheTrashNothingThatWaitedReachesAnotherEvent) {
     EXPECT_EQ(Description(), "");
 }
 
+TEST_F(TypingTest, AClickWaitsForNoMoreCharactersThanTheLargestFieldTakes) {
+    for (int i = 0; i < 2000; ++i) TypeCode('a');
+
+    ClickAt(120, 220);
+    for (int i = 1; i < 345; ++i) Frame();
+    EXPECT_EQ(edit_tf, kDescriptionField);
+    Frame();
+
+    EXPECT_EQ(edit_tf, kNameField);
+    EXPECT_EQ(Description(), std::string(345, 'a'));
+}
+
 // ---- Listening ----
 
 TEST_F(TypingTest, ListeningIsBegunOnceAndLosesNothing) {
@@ -362,6 +376,57 @@ TEST_F(TypingTest, ListeningIsBegunOnceAndLosesNothing) {
 
     EXPECT_EQ(fakes::Count("glutKeyboardFunc"), 0U);
     EXPECT_EQ(KeysSet().size(), 1U);
+}
+
+// ---- Keys that others set ----
+
+TEST_F(TypingTest, WhatStandsInKeyStateIsTypedInTheOrderOfTheCodes) {
+    for (const unsigned char key : {'z', 'B', '7', 'a'}) key_state[key] = true;
+
+    Frame();
+    EXPECT_EQ(Description(), "7Baz");
+    Frame();
+
+    EXPECT_EQ(Description(), "7Baz") << "in one frame only";
+}
+
+TEST_F(TypingTest, CodesAbove127AreTypedAsTheyAre) {
+    for (const int key : {255, 128, 200}) key_state[key] = true;
+
+    Frame();
+
+    EXPECT_EQ(Description(), "\x80\xC8\xFF");
+}
+
+TEST_F(TypingTest, Code127ErasesAfterTheLettersAndBeforeTheCodesAboveIt) {
+    SetText(events.front().description, "xy");
+    key_state['a'] = key_state[127] = true;
+    Frame();
+    EXPECT_EQ(Description(), "xy");
+
+    key_state[127] = key_state[200] = true;
+    Frame();
+    EXPECT_EQ(Description(), "x\xC8");
+}
+
+TEST_F(TypingTest, WhatStandsInKeyStateIsTypedBesideWhatTheQueueDelivers) {
+    TypeCode('b');
+    TypeCode('a');
+    key_state['c'] = key_state['a'] = true;
+
+    Frame();
+    EXPECT_EQ(Description(), "abc");
+    Frame();
+
+    EXPECT_EQ(Description(), "abca");
+}
+
+TEST_F(TypingTest, WhatStandsInKeyStateIsTypedAlsoInAFrameWithAClick) {
+    key_state['a'] = true;
+
+    ClickAt(120, 220);
+
+    EXPECT_EQ(NameOf(events.front()), "a");
 }
 
 // ---- Special keys ----
@@ -386,6 +451,48 @@ TEST_F(TypingTest, ASpecialKeyThatIsReleasedTakesNoCharacterAway) {
     Frame();
 
     EXPECT_EQ(Description(), "p");
+}
+
+TEST_F(TypingTest, ASpecialKeyTakesNoOtherKeyAway) {
+    keyboard_down('p', 0, 0);
+    keyboard_down(GLUT_KEY_LEFT, 0, 0);
+    key_state['a'] = key_state['z'] = true;
+
+    Frame();
+
+    EXPECT_EQ(Description(), "az");
+}
+
+TEST_F(TypingTest, AKeyThatWasSetBeforeItsSpecialKeyWasPressedIsTyped) {
+    key_state['p'] = true;
+    keyboard_down('p', 0, 0);
+
+    Frame();
+
+    EXPECT_EQ(Description(), "p");
+}
+
+TEST_F(TypingTest, ARepeatedSpecialKeyTypesNothingEither) {
+    keyboard_down('p', 0, 0);
+    keyboard_down('p', 0, 0);
+
+    Frame();
+
+    EXPECT_EQ(Description(), "");
+}
+
+TEST_F(TypingTest, ASpecialKeyOfAnEarlierFrameOrThatIsReleasedTakesNothingAway) {
+    keyboard_down('p', 0, 0);
+    Frame();
+    key_state['p'] = true;
+    Frame();
+    EXPECT_EQ(Description(), "p");
+
+    keyboard_down('q', 0, 0);
+    keyboard_up('q', 0, 0);
+    key_state['q'] = true;
+    Frame();
+    EXPECT_EQ(Description(), "pq");
 }
 
 TEST_F(TypingTest, SpecialKeysTypeNothingInAFrameWithAClickEither) {

@@ -7,6 +7,7 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -424,6 +425,28 @@ TEST_F(WaveFileTest, AFolderEndsWith1) {
     ExpectEnd(1, "a path with a slash at its end", "sound.wav/");
 }
 
+TEST_F(WaveFileTest, ANamedPipeOrADeviceEndsWith1WithoutWaiting) {
+    ASSERT_EQ(mkfifo("pipe", S_IRUSR | S_IWUSR), 0);
+    std::filesystem::create_symlink("pipe", "link");
+    for (const std::string path : {"pipe", "link", "/dev/zero", "/dev/null"}) {
+        EXPECT_EXIT(
+            {
+                alarm(20);  // ends a process that waits
+                Outputs out;
+                Load(out, path);
+            },
+            testing::ExitedWithCode(1), "^$")
+            << path;
+    }
+}
+
+TEST_F(WaveFileTest, ALinkToASoundIsASound) {
+    WriteFile("kept.wav", Wave(FormatChunk() + Chunk("data", kFourFrames)));
+    std::filesystem::create_symlink("kept.wav", "sound.wav");
+
+    EXPECT_EQ(ReadFrom("sound.wav").audio, kFourFrames);
+}
+
 TEST_F(WaveFileTest, AnEmptyFileEndsWith1) {
     ExpectEndOf("", 1);
 }
@@ -631,7 +654,7 @@ TEST_F(WaveFileTest, OutputsAreWrittenOnlyOnSuccess) {
 
     EXPECT_EXIT(
         {
-            std::at_quick_exit(SayWhatWasWritten);
+            std::atexit(SayWhatWasWritten);
             Load(kept);
         },
         testing::ExitedWithCode(11), "^nothing written$");
@@ -641,15 +664,33 @@ void SayExit() {
     std::fputs("exit was called", stderr);
 }
 
-// Handlers at exit, such as OpenAL's about its open device, would print.
-TEST_F(WaveFileTest, HandlersAtExitAreNotRun) {
-    EXPECT_EXIT(
-        {
-            std::atexit(SayExit);
-            Outputs out;
-            Load(out);
-        },
-        testing::ExitedWithCode(1), "^$");
+TEST_F(WaveFileTest, WhatIsRegisteredForTheEndRunsWhateverTheStatus) {
+    const std::string audio = Chunk("data", kFourFrames);
+    const struct {
+        int status;
+        std::string file;
+    } ends[] = {
+        {1, ""},
+        {2, Wave(audio)},
+        {3, Wave(FormatChunk({2, 1, 44100, 2, 16}) + audio)},
+        {4, Wave(FormatChunk())},
+        {5, Wave(FormatChunk({1, 1, 0, 2, 16}) + audio)},
+        {6, Wave(FormatChunk({1, 1, 44100, 3, 24}) + audio)},
+        {7, Wave(FormatChunk({1, 2, 44100, 6, 24}) + audio)},
+        {8, Wave(FormatChunk({1, 6, 44100, 12, 16}) + audio)},
+        {11, Wave(FormatChunk() + ChunkThatSays(9, "data", kFourFrames))},
+    };
+    for (const auto& end : ends) {
+        WriteFile("sound.wav", end.file);
+        EXPECT_EXIT(
+            {
+                std::atexit(SayExit);
+                Outputs out;
+                Load(out);
+            },
+            testing::ExitedWithCode(end.status), "^exit was called$")
+            << end.status;
+    }
 }
 
 }  // namespace
