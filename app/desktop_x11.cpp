@@ -374,10 +374,12 @@ class Numbers {
 
     /// Waits for the answer; none where the window has no such property.
     std::vector<std::uint32_t> Get() const {
+        std::vector<std::uint32_t> numbers;
         const auto answer = Owned(xcb_get_property_reply(watch.connection, question_, nullptr));
-        if (!answer || answer->format != 32) return {};
-        const auto* numbers = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));
-        return {numbers, numbers + xcb_get_property_value_length(answer.get()) / 4};
+        if (!answer || answer->format != 32) return numbers;
+        const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));
+        numbers.assign(first, first + xcb_get_property_value_length(answer.get()) / 4);
+        return numbers;
     }
 
     /// Waits for the answer and returns its first number.
