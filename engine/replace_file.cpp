@@ -46,7 +46,7 @@ std::string FolderOf(const std::string& path) {
     return folder.empty() ? "." : folder;
 }
 
-/// Returns whether the kernel never opens a folder for a flush: we may write to it but not read it.
+/// Returns whether we may not open a folder for a flush at all, because we may write to it but not read it.
 bool CannotBeOpened(int error) {
     return error == EACCES || error == EPERM;
 }
