@@ -324,7 +324,7 @@ ReplaceError FindDestination(const std::string& path, std::string& destination) 
 
 std::string NextBackupName(const std::string& destination) {
     for (int number = 0;; ++number) {
-        const std::string name = BackupName(destination, number);
+        std::string name = BackupName(destination, number);
         struct stat status {};
         if (Look(name, status) != 0 || IsSameFile(destination, name)) return name;
     }
