@@ -31,6 +31,7 @@ constexpr double kSliceSeconds = 0.5;
 template <typename Measure>
 double MedianOf(int repetitions, const Measure& measure) {
     std::vector<double> values;
+    values.reserve(static_cast<std::size_t>(repetitions));
     for (int i = 0; i < repetitions; ++i) values.push_back(measure());
     return bench::Median(values);
 }

@@ -46,7 +46,7 @@ std::string FolderOf(const std::string& path) {
     return folder.empty() ? "." : folder;
 }
 
-/// Returns whether the kernel never opens a folder for a flush: we may write to it but not read it.
+/// Returns whether we may not open a folder for a flush at all, because we may write to it but not read it.
 bool CannotBeOpened(int error) {
     return error == EACCES || error == EPERM;
 }
@@ -324,7 +324,7 @@ ReplaceError FindDestination(const std::string& path, std::string& destination) 
 
 std::string NextBackupName(const std::string& destination) {
     for (int number = 0;; ++number) {
-        const std::string name = BackupName(destination, number);
+        std::string name = BackupName(destination, number);
         struct stat status {};
         if (Look(name, status) != 0 || IsSameFile(destination, name)) return name;
     }

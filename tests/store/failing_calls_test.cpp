@@ -230,20 +230,21 @@ INSTANTIATE_TEST_SUITE_P(All, FailingCalls,
 
 // ---- Loads ----
 
-/// Returns the file of version 3 and, after its events, those of version 40.
-std::string JoinedBytes() {
-    std::string bytes = FileBytes(43).substr(0, 4);
-    for (const int version : {3, 40}) bytes += FileBytes(version).substr(4);
-    return bytes;
+/// Returns the file of a version and, after its events, those of version 40.
+std::string JoinedBytes(int version) {
+    return FileBytes(version + 40).substr(0, 4) + FileBytes(version).substr(4) + FileBytes(40).substr(4);
 }
+
+/// A store of so many events is read in more than one piece.
+constexpr int kManyEvents = 300;
 
 class FailingLoads : public testing::TestWithParam<const char*> {
   protected:
-    /// Loads version 3, adds 40 events and saves, the n-th call spoilt. Copies the store to "seen"; two
+    /// Loads many events, adds 40 events and saves, the n-th call spoilt. Copies the store to "seen"; two
     /// seconds pass.
     End LoadAndSave(int n) {
         folder_.Empty();
-        folder_.Write("database.bin", FileBytes(3));
+        folder_.Write("database.bin", FileBytes(kManyEvents));
         Worker::Start start;
         start.environment = {{"LD_PRELOAD", ULMARO_FAILING_CALLS},
                              {"ULMARO_SPOIL_CALL", std::to_string(n)},
@@ -264,9 +265,9 @@ TEST_P(FailingLoads, EachCallInItsTurnLosesNoEventAndIsMadeGoodByItself) {
         spoilt = n <= std::atoi(end.out.c_str());
 
         EXPECT_TRUE(end.Well());
-        const bool saved = folder_.Read("seen") == JoinedBytes();
-        EXPECT_TRUE(saved || folder_.Read("seen") == FileBytes(3));
-        EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes());
+        const bool saved = folder_.Read("seen") == JoinedBytes(kManyEvents);
+        EXPECT_TRUE(saved || folder_.Read("seen") == FileBytes(kManyEvents));
+        EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes(kManyEvents));
         EXPECT_EQ(folder_.Names(), (std::vector<std::string>{"database.bin", "seen"}));
         EXPECT_LE(std::ranges::count(end.error, '\n'), 1);
         const bool told =
@@ -346,9 +347,9 @@ TEST_F(FailingMemory, InASaveFailsItAndIsMadeGoodByItself) {
             const std::string complaint = LinesWith(kFailedLine, end.error);
             EXPECT_EQ(IsOneComplaint(complaint, "non c'e' abbastanza memoria"), spoilt) << complaint;
             if (spoilt) ++failed;
-            EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes());
+            EXPECT_EQ(folder_.Read("database.bin"), JoinedBytes(3));
             const auto seen = folder_.Read("seen");
-            EXPECT_TRUE(seen == FileBytes(3) || seen == JoinedBytes());
+            EXPECT_TRUE(seen == FileBytes(3) || seen == JoinedBytes(3));
             EXPECT_EQ(folder_.Names(), (std::vector<std::string>{"database.bin", "seen"}));
         }
         EXPECT_GE(failed, unread ? 6 : 3);

@@ -177,6 +177,8 @@ TEST_F(ReplaceFileTest, OnlyRegularFilesAreReplaced) {
         }
         std::filesystem::create_symlink("special", "link");
 
+        std::string destination;
+        EXPECT_EQ(FindDestination("special", destination), special);
         EXPECT_EQ(Replace("special", "new"), special);
         EXPECT_EQ(Replace("link", "new"), special);
         EXPECT_EQ(ReplaceFile("special", Writing("new")), special) << "it came after the path was found";
