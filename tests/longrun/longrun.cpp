@@ -19,10 +19,10 @@
 #include <cstdlib>
 #include <exception>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "tests/desktop/calendar.h"
+#include "tests/longrun/sanitized.h"
 #include "tests/longrun/user.h"
 
 namespace longrun {
@@ -104,14 +104,6 @@ long ResidentMemory(pid_t process) {
         if (line.rfind("VmRSS:", 0) == 0) return std::strtol(line.c_str() + 6, nullptr, 10);
     }
     return 0;
-}
-
-/// A program with ASan wants its library first of all.
-bool IsSanitized(const std::string& program) {
-    std::ifstream file(program, std::ios::binary);
-    std::stringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str().find("libasan.so") != std::string::npos;
 }
 
 struct Run {

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "tests/desktop/calendar.h"
+#include "tests/longrun/places.h"
 
 namespace longrun {
 
@@ -15,45 +16,8 @@ using desktop::CanvasPoint;
 
 namespace {
 
-constexpr CanvasPoint kMenuBrowser = {44.5, 255}, kMenuSite = {44.5, 150}, kMenuSound = {44.5, 45};
-
-/// Places worth a click, on whatever screen.
-constexpr CanvasPoint kPlaces[] = {
-    desktop::kMenuPlan,
-    desktop::kMenuAsk,
-    kMenuBrowser,
-    kMenuSite,
-    kMenuSound,
-    desktop::kBell,
-    desktop::kKindTabs[desktop::kAppointment],
-    desktop::kKindTabs[desktop::kWeekly],
-    desktop::kKindTabs[desktop::kReminder],
-    desktop::kCorner,
-    desktop::kConfirm,
-    desktop::kAdd,
-    desktop::kScrollUp,
-    desktop::kScrollDown,
-    desktop::Row(0),
-    desktop::Row(1),
-    desktop::Row(5),
-    desktop::kAnswers[0],
-    desktop::kAnswers[1],
-    desktop::kAnswers[2],
-    desktop::kAnswers[3],
-    desktop::kNameField,
-    desktop::kDayUp,
-    desktop::kHourUp,
-    desktop::kHourDown,
-    desktop::kMinuteUp,
-    desktop::kMinuteDown,
-    desktop::kRepeatUp,
-};
-
 /// With more events than this the user throws some away.
 constexpr std::size_t kMostEvents = 40;
-
-/// How near to the canvas's edge the user never points, canvas units: there it is hard to say what is inside.
-constexpr double kMargin = 24;
 
 }  // namespace
 
@@ -177,12 +141,7 @@ void User::ClickSomething() {
         Click(desktop::kAnswers[static_cast<std::size_t>(Chance(0, 3.999))]);
         return;
     }
-    if (Chance(0, 1) < 0.5) {
-        Click({Chance(kMargin, 512 - kMargin), Chance(kMargin, 512 - kMargin)});
-        return;
-    }
-    const auto last = static_cast<double>(std::size(kPlaces)) - 0.001;
-    Click(kPlaces[static_cast<std::size_t>(Chance(0, last))]);
+    Click(AnyPlace(dice_));
 }
 
 /// Closes screens until the owl is back.
