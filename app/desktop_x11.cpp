@@ -164,8 +164,9 @@ void SetSwapInterval(int refreshes) {
 //                    questions at once and then reads the answers, so a look is two waits, however many
 //                    windows there are
 //
-// What is asked follows the Extended Window Manager Hints (https://specifications.freedesktop.org/wm-spec/)
-// and the X Present extension (https://cgit.freedesktop.org/xorg/proto/presentproto/tree/presentproto.txt).
+// What is asked follows the Extended Window Manager Hints
+// (https://en.wikipedia.org/wiki/Extended_Window_Manager_Hints) and the X Present extension
+// (https://cgit.freedesktop.org/xorg/proto/presentproto/tree/presentproto.txt).
 
 namespace {
 
