@@ -197,6 +197,7 @@ void BeginFrame() {
     if (came_late) window.refresh_late = false;
     window.hidden = !window.glut_draws || !window.seen || window.refresh_late || now < window.swap_again;
     if (window.hidden) {
+        glEnable(0x8C89);
         glEnable(GL_SCISSOR_TEST);
         glScissor(0, 0, 0, 0);
     }
@@ -212,6 +213,7 @@ void PresentFrame() {
     glFlush();
     glFinish();
     if (window.hidden) {
+        glDisable(0x8C89);
         glDisable(GL_SCISSOR_TEST);
         WaitHidden();
     } else if (WaitForRefresh()) {

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: Folder, Desktop, Program.
+// Index: Desktop, Program.
 #include "tests/desktop/desktop.h"
 
 #include <X11/XKBlib.h>
+#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
@@ -23,61 +24,9 @@
 
 namespace desktop {
 
-namespace files = std::filesystem;
-
-// ---- Folder ----
-
-Folder::Folder() : path_((files::temp_directory_path() / "ulmaro-XXXXXX").string()) {
-    if (mkdtemp(path_.data()) == nullptr) Fail("cannot make " + path_);
-}
-
-Folder::~Folder() {
-    std::error_code ignored;
-    files::remove_all(path_, ignored);
-}
-
-void Folder::LinkAll(const std::string& other) const {
-    for (const files::directory_entry& file : files::directory_iterator(other)) {
-        files::create_symlink(files::absolute(file.path()), Path(file.path().filename().string()));
-    }
-}
-
-void Folder::Remove(const std::string& file) const {
-    files::remove(Path(file));
-}
-
-void Folder::MakePipe(const std::string& file) const {
-    Remove(file);
-    if (mkfifo(Path(file).c_str(), S_IRUSR | S_IWUSR) != 0) Fail("no pipe " + file);
-}
-
-void Folder::Write(const std::string& file, const std::string& bytes) const {
-    Remove(file);  // else the bytes would go where the link points
-    std::ofstream(Path(file), std::ios::binary) << bytes;
-}
-
-std::string Folder::Read(const std::string& file) const {
-    std::ifstream in(Path(file), std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 // ---- Desktop ----
 
 namespace {
-
-/// Windows may vanish while they are looked at; that is no error of the test.
-int IgnoreError(Display* /*display*/, XErrorEvent* /*error*/) {
-    return 0;
-}
-
-/// Reads the display number that the server writes when it is ready; empty where none comes within 30
-/// seconds.
-std::string ReadLine(int pipe) {
-    std::string line;
-    pollfd ready{pipe, POLLIN, 0};
-    for (char c = 0; poll(&ready, 1, 30'000) == 1 && read(pipe, &c, 1) == 1 && c != '\n';) line += c;
-    return line;
-}
 
 std::string TitleOf(Display* connection, Window window) {
     char* name = nullptr;
@@ -114,71 +63,11 @@ Window FindBelow(Display* connection, Window window, const std::string& title) {
     return None;
 }
 
-/// Returns whether a window manager takes a new window into its care: gives it a frame and shows it.
-bool ManagesNewWindows(Display* connection) {
-    const Window root = DefaultRootWindow(connection);
-    const Window window = XCreateSimpleWindow(connection, root, 0, 0, 50, 50, 0, 0, 0);
-    XMapWindow(connection, window);
-    const auto managed = [&] {
-        XWindowAttributes attributes{};
-        XSync(connection, False);
-        return FamilyOf(connection, window).parent != root &&
-               XGetWindowAttributes(connection, window, &attributes) != 0 &&
-               attributes.map_state == IsViewable;
-    };
-    const bool result = WaitUntil(managed, 0.5);
-    XDestroyWindow(connection, window);
-    XSync(connection, False);
-    return result;
-}
-
 }  // namespace
 
-Desktop::Desktop() {
-    StartServer();
-    StartWindowManager();
+Desktop::Desktop(WindowManager manager)
+    : session_(manager), manager_(manager), connection_(session_.Connection()) {
     MovePointer({kWidth - 1, kHeight - 1});
-}
-
-Desktop::~Desktop() {
-    if (connection_ != nullptr) XCloseDisplay(connection_);
-}
-
-void Desktop::StartServer() {
-    int ready[2];
-    if (pipe2(ready, O_CLOEXEC) != 0) Fail("cannot make a pipe");
-    Command command;
-    command.words = {"Xvfb",      "-displayfd", std::to_string(ready[1]),
-                     "-screen",   "0",          "1280x1024x24",
-                     "-nolisten", "tcp",        "-noreset"};
-    command.inherited_pipe = ready[1];
-    command.error_file = folder_.Path("server");
-    server_.emplace(command);
-    close(ready[1]);
-    name_ = ":";
-    name_ += ReadLine(ready[0]);
-    close(ready[0]);
-    if (name_ == ":") Fail("no X server: " + folder_.Read("server"));
-
-    XSetErrorHandler(IgnoreError);
-    connection_ = XOpenDisplay(name_.c_str());
-    if (connection_ == nullptr) Fail("cannot connect to the X server " + name_);
-}
-
-void Desktop::StartWindowManager() {
-    Command command;
-    command.words = {"openbox", "--sm-disable"};
-    command.environment = {{"DISPLAY", name_},
-                           {"HOME", folder_.Path()},
-                           {"XDG_CONFIG_HOME", folder_.Path()},
-                           {"XDG_CACHE_HOME", folder_.Path()},
-                           {"XDG_DATA_HOME", folder_.Path()}};
-    command.error_file = folder_.Path("manager");
-    manager_.emplace(command);
-    // It announces itself before it is ready, and forgets windows that are mapped in between.
-    if (!WaitUntil([this] { return ManagesNewWindows(connection_); }, 30)) {
-        Fail("no window manager: " + folder_.Read("manager"));
-    }
 }
 
 void Desktop::MovePointer(ScreenPoint point) {
@@ -186,19 +75,13 @@ void Desktop::MovePointer(ScreenPoint point) {
     XSync(connection_, False);
 }
 
-/// Asks the window manager for the frame's width around a window and waits for the answer, which comes after
-/// all that it had to do before.
 void Desktop::AwaitWindowManager() {
+    if (manager_ == WindowManager::kNone) return;
     const Window root = DefaultRootWindow(connection_);
     const Atom answer = XInternAtom(connection_, "_NET_FRAME_EXTENTS", False);
     if (question_ == None) question_ = XCreateSimpleWindow(connection_, root, 0, 0, 1, 1, 0, 0, 0);
     XDeleteProperty(connection_, question_, answer);
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = question_;
-    event.xclient.message_type = XInternAtom(connection_, "_NET_REQUEST_FRAME_EXTENTS", False);
-    event.xclient.format = 32;
-    XSendEvent(connection_, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    AskRoot(question_, "_NET_REQUEST_FRAME_EXTENTS");
     const auto answered = [&] {
         int count = 0;
         Atom* atoms = XListProperties(connection_, question_, &count);
@@ -207,6 +90,38 @@ void Desktop::AwaitWindowManager() {
         return there;
     };
     if (!WaitUntil(answered, 20)) Fail("the window manager does not answer");
+}
+
+void Desktop::AskRoot(Window window, const char* message, long first, long second) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(connection_, message, False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = first;
+    event.xclient.data.l[1] = second;
+    XSendEvent(connection_, DefaultRootWindow(connection_), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XSync(connection_, False);
+}
+
+std::vector<unsigned long> Desktop::Property(Window window, const char* name) const {
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long left = 0;
+    unsigned char* bytes = nullptr;
+    XGetWindowProperty(connection_, window, XInternAtom(connection_, name, False), 0, 4096, False,
+                       AnyPropertyType, &type, &format, &count, &left, &bytes);
+    const auto* numbers = reinterpret_cast<const unsigned long*>(bytes);
+    std::vector<unsigned long> values(numbers, numbers + (format == 32 ? count : 0));
+    if (bytes != nullptr) XFree(bytes);
+    return values;
+}
+
+bool Desktop::HasSeveralDesktops() const {
+    const auto count = Property(DefaultRootWindow(connection_), "_NET_NUMBER_OF_DESKTOPS");
+    return !count.empty() && count[0] > 1;
 }
 
 void Desktop::Button(unsigned int button, bool down) {
@@ -292,6 +207,26 @@ void Desktop::Cover(const ScreenRect& part) {
     XSync(connection_, False);
 }
 
+void Desktop::CoverByMaximisedWindow() {
+    Uncover();
+    cover_ = XCreateSimpleWindow(connection_, DefaultRootWindow(connection_), 0, 0, kWidth, kHeight, 0, 0,
+                                 WhitePixel(connection_, DefaultScreen(connection_)));
+    Atom maximised[] = {XInternAtom(connection_, "_NET_WM_STATE_MAXIMIZED_VERT", False),
+                        XInternAtom(connection_, "_NET_WM_STATE_MAXIMIZED_HORZ", False)};
+    XChangeProperty(connection_, cover_, XInternAtom(connection_, "_NET_WM_STATE", False), XA_ATOM, 32,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(maximised), 2);
+    XStoreName(connection_, cover_, "Cover");
+    XMapRaised(connection_, cover_);
+    XSync(connection_, False);
+    const auto viewable = [this] {
+        XWindowAttributes attributes{};
+        return XGetWindowAttributes(connection_, cover_, &attributes) != 0 &&
+               attributes.map_state == IsViewable && attributes.width >= kWidth - 20;
+    };
+    if (!WaitUntil(viewable, 10)) Fail("no window covers the screen");
+    AskRoot(cover_, "_NET_ACTIVE_WINDOW", 2);
+}
+
 void Desktop::Uncover() {
     if (cover_ == None) return;
     XDestroyWindow(connection_, cover_);
@@ -341,20 +276,24 @@ Program::~Program() {
 void Program::StartProcess() {
     Command command;
     command.words = {start_.program};
+    command.words.insert(command.words.end(), start_.options.begin(), start_.options.end());
     command.folder = files_.Path();
     command.error_file = output_.Path("said");
     command.environment = {
-        {"DISPLAY", desktop_.Name()},
         {"ALSOFT_DRIVERS", "null"},  // no sound card in a test
         {"LD_PRELOAD", PreloadOf(start_)},
         {kProbeVariable, output_.Path("probe")},
     };
+    command.environment.merge(std::map(desktop_.ClientEnvironment()));
     for (const auto& [name, value] : start_.environment) command.environment[name] = value;
     process_.emplace(command);
     if (!start_.wait_for_window) return;
 
-    const auto shown = [&] { return (window_ = desktop_.FindWindow(kTitle)) != None && Shown(); };
-    if (!WaitUntil([&] { return shown() || !process_->Running(); }, 30) || !process_->Running()) {
+    const auto ready = [&] {
+        window_ = desktop_.FindWindow(kTitle);
+        return window_ != None && (start_.wait_for_sight ? Shown() : Frames() > 0);
+    };
+    if (!WaitUntil([&] { return ready() || !process_->Running(); }, 30) || !process_->Running()) {
         Fail("the program shows no window; it said: " + Said());
     }
     WaitForFrames(3, 60);
@@ -375,7 +314,15 @@ bool Program::Shown() const {
     XWindowAttributes attributes{};
     XSync(desktop_.Connection(), False);
     return XGetWindowAttributes(desktop_.Connection(), window_, &attributes) != 0 &&
-           attributes.map_state == IsViewable;
+           attributes.map_state == IsViewable && !IsMinimised();
+}
+
+bool Program::IsMinimised() const {
+    const std::vector<unsigned long> state = desktop_.Property(window_, "WM_STATE");
+    const std::vector<unsigned long> states = desktop_.Property(window_, "_NET_WM_STATE");
+    const Atom hidden = XInternAtom(desktop_.Connection(), "_NET_WM_STATE_HIDDEN", False);
+    return (!state.empty() && state[0] == IconicState) ||
+           std::find(states.begin(), states.end(), hidden) != states.end();
 }
 
 ScreenRect Program::Place() const {
@@ -515,19 +462,24 @@ void Program::Minimise() {
 
 void Program::Restore() {
     XMapRaised(desktop_.Connection(), window_);
+    Activate();
     if (!WaitUntil([this] { return Shown(); }, 10)) Fail("the window cannot be shown again");
 }
 
+void Program::Activate() {
+    desktop_.AskRoot(window_, "_NET_ACTIVE_WINDOW", 2);  // 2: the user has asked for it
+}
+
+void Program::MoveToDesktop(unsigned int number) {
+    desktop_.AskRoot(window_, "_NET_WM_DESKTOP", number, 2);
+    const auto there = [&] {
+        return desktop_.Property(window_, "_NET_WM_DESKTOP") == std::vector{number + 0UL};
+    };
+    if (!WaitUntil(there, 10)) Fail("the window does not go to another desktop");
+}
+
 void Program::Close() {
-    Display* connection = desktop_.Connection();
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window_;
-    event.xclient.message_type = XInternAtom(connection, "_NET_CLOSE_WINDOW", False);
-    event.xclient.format = 32;
-    XSendEvent(connection, DefaultRootWindow(connection), False,
-               SubstructureRedirectMask | SubstructureNotifyMask, &event);
-    XSync(connection, False);
+    desktop_.AskRoot(window_, "_NET_CLOSE_WINDOW");
 }
 
 void Program::Kill() {

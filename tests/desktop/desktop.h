@@ -23,9 +23,11 @@
 #include <string>
 #include <vector>
 
+#include "tests/desktop/folder.h"
 #include "tests/desktop/image.h"
 #include "tests/desktop/probe.h"
 #include "tests/desktop/process.h"
+#include "tests/desktop/session.h"
 
 namespace desktop {
 
@@ -40,38 +42,6 @@ struct ScreenRect {
     int x = 0, y = 0, width = 0, height = 0;
 };
 
-/// A folder of its own under the temporary folder; it goes with the object.
-class Folder {
-  public:
-    /// Makes an empty folder.
-    Folder();
-    ~Folder();
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-
-    /// Returns the path of the folder, or of a file in it.
-    const std::string& Path() const { return path_; }
-    std::string Path(const std::string& file) const { return path_ + "/" + file; }
-
-    /// Links every file of another folder into this one.
-    void LinkAll(const std::string& other) const;
-
-    /// Removes a file or link.
-    void Remove(const std::string& file) const;
-
-    /// Puts a named pipe in the place of whatever had the name.
-    void MakePipe(const std::string& file) const;
-
-    /// Puts a file with these bytes in the place of whatever had the name.
-    void Write(const std::string& file, const std::string& bytes) const;
-
-    /// Returns a file's bytes; empty where there is none.
-    std::string Read(const std::string& file) const;
-
-  private:
-    std::string path_;
-};
-
 /// An X server (1280 x 1024) with a window manager, and the hands on its mouse and keyboard.
 class Desktop {
   public:
@@ -79,15 +49,34 @@ class Desktop {
     static constexpr int kHeight = 1024;
 
     /// Starts both on a free display and waits until they are ready. The pointer stands in the bottom right
-    /// corner.
-    Desktop();
-    ~Desktop();
+    /// corner; as a Wayland session the pointer cannot be moved.
+    explicit Desktop(WindowManager manager = WindowManager::kOpenbox);
+    ~Desktop() = default;
     Desktop(const Desktop&) = delete;
     Desktop& operator=(const Desktop&) = delete;
 
-    /// Returns the test's own connection and the display's name, such as ":7".
+    /// Returns the test's own connection.
     Display* Connection() const { return connection_; }
-    const std::string& Name() const { return name_; }
+
+    /// Returns the display's name, such as ":7".
+    const std::string& Name() const { return session_.ClientEnvironment().at("DISPLAY"); }
+
+    /// Returns the variables that a client's environment needs to connect.
+    const std::map<std::string, std::string>& ClientEnvironment() const {
+        return session_.ClientEnvironment();
+    }
+
+    /// Returns what manages the windows.
+    WindowManager Manager() const { return manager_; }
+
+    /// Returns whether the window manager has more than one desktop.
+    bool HasSeveralDesktops() const;
+
+    /// Returns a window's property of 32-bit numbers; none where it has no such property.
+    std::vector<unsigned long> Property(Window window, const char* name) const;
+
+    /// Sends the window manager a message about a window.
+    void AskRoot(Window window, const char* message, long first = 0, long second = 0);
 
     /// Puts the pointer on a point of the screen.
     void MovePointer(ScreenPoint point);
@@ -110,17 +99,19 @@ class Desktop {
     void Cover(const ScreenRect& part);
     void Uncover();
 
-  private:
-    void StartServer();
-    void StartWindowManager();
+    /// Covers the screen with an ordinary maximised window that the window manager takes care of, until
+    /// Uncover().
+    void CoverByMaximisedWindow();
+
+    /// Waits until the window manager, if there is one, has done all that it had to do before.
     void AwaitWindowManager();
+
+  private:
     KeyCode SpareKey(KeySym key);
 
-    Folder folder_;
-    std::string name_;
-    std::optional<Process> server_;
-    std::optional<Process> manager_;
-    Display* connection_ = nullptr;
+    Session session_;
+    WindowManager manager_;
+    Display* connection_;
     Window cover_ = None;
     Window question_ = None;  ///< never shown; what AwaitWindowManager() asks about
 };
@@ -140,8 +131,10 @@ struct Start {
     std::vector<std::string> pipes;             ///< files that are named pipes instead
     std::map<std::string, std::string> environment;  ///< added to the environment
     std::vector<std::string> preload;                ///< libraries loaded ahead, such as libfaketime
-    bool wait_for_window = true;           ///< the program is expected to show its window and frames
-    std::string program = ULMARO_PROGRAM;  ///< the file that is run
+    std::vector<std::string> options;                ///< on the command line
+    bool wait_for_sight = true;   ///< the window is expected to be shown at once; else only to be there
+    bool wait_for_window = true;  ///< the program is expected to show its window and frames
+    std::string program = ULMARO_PROGRAM;                 ///< the file that is run
     std::int64_t longest_step = kLongestStepNanoseconds;  ///< of a clock in hand, ns
 };
 
@@ -171,8 +164,12 @@ class Program {
     /// Returns what the client area shows. It must be wholly on the screen, shown and not covered.
     Image Look() const;
 
-    /// Returns the number of frames so far.
+    /// Returns the number of frames so far, seen or not, and of those that were swapped into the window.
     std::uint64_t Frames() const { return probe_->frames; }
+    std::uint64_t Swaps() const { return probe_->swaps; }
+
+    /// Returns how often the program has opened the sound of a notice.
+    std::uint64_t Notices() const { return probe_->notices; }
 
     /// Returns the number of answers that the program has awaited from the X server so far.
     std::uint64_t RoundTrips() const { return probe_->round_trips; }
@@ -234,6 +231,18 @@ class Program {
     void Minimise();
     void Restore();
 
+    /// Asks the window manager to show the window and give it the focus, as a dock does; does not wait.
+    void Activate();
+
+    /// Puts the window on another desktop, or back on the first one (0), and waits until it is there.
+    void MoveToDesktop(unsigned int number);
+
+    /// Returns whether the window can be on the screen: mapped and not minimised.
+    bool Shown() const;
+
+    /// Returns whether the window manager says that the window is minimised.
+    bool IsMinimised() const;
+
     /// Closes the window as the button in its title bar does.
     void Close();
 
@@ -248,7 +257,6 @@ class Program {
   private:
     void OpenProbe();
     void StartProcess();
-    bool Shown() const;
 
     Desktop& desktop_;
     Start start_;

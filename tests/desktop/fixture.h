@@ -18,6 +18,8 @@ namespace desktop {
 
 class OnDesktop : public testing::Test {
   protected:
+    explicit OnDesktop(WindowManager manager = WindowManager::kOpenbox) : desk(manager) {}
+
     /// Starts the program; it runs until the test ends.
     Program& Run(const Start& start = {}) { return program_.emplace(desk, start); }
 

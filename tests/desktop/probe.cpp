@@ -11,7 +11,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 using desktop::Probe;
@@ -79,8 +81,8 @@ void* AwaitReply(const char* name, void* connection, Request request, void* erro
     return reply;
 }
 
-/// Adds up the frames that the program takes for stalls, as it does: from the end of one frame to that of the
-/// next.
+/// Adds up the frames that the program takes for stalls, much as it does: from one frame's glFinish to the
+/// next one's.
 void CountStall() {
     static std::int64_t last = 0;
     const std::int64_t now = ProgramClock();
@@ -92,6 +94,7 @@ void CountStall() {
 
 extern "C" {
 
+void glFinish();
 void glXSwapBuffers(void* display, unsigned long drawable);
 void* xcb_wait_for_reply(void* connection, unsigned int request, void* error);
 void* xcb_wait_for_reply64(void* connection, std::uint64_t request, void* error);
@@ -107,20 +110,34 @@ int clock_gettime(clockid_t clock, timespec* time) noexcept {
     return 0;
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+std::FILE* fopen(const char* path, const char* mode) {
+    static const auto next = Next<std::FILE* (*)(const char*, const char*)>("fopen");
+    if (probe != nullptr && std::strcmp(path, "notify.wav") == 0) ++probe->notices;
+    return next(path, mode);
+}
+
 int rand() noexcept {
     static const auto next = Next<int (*)()>("rand");
     return probe != nullptr && probe->dice_in_hand ? probe->dice.load() : next();
 }
 
-void glXSwapBuffers(void* display, unsigned long drawable) {
-    static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
-    next(display, drawable);
+/// A frame calls this once, whether anybody sees it or not.
+void glFinish() {
+    static const auto next = Next<void (*)()>("glFinish");
+    next();
     if (probe == nullptr) return;
     const std::int64_t step = std::min(probe->to_pass.load(), probe->longest_step.load());
     probe->clock += step;
     probe->to_pass -= step;
     CountStall();
     ++probe->frames;
+}
+
+void glXSwapBuffers(void* display, unsigned long drawable) {
+    static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
+    next(display, drawable);
+    if (probe != nullptr) ++probe->swaps;
 }
 
 int XNextEvent(Display* connection, XEvent* event) {

@@ -31,7 +31,10 @@ constexpr long kMarkWord = 0x6D61726B;
 constexpr std::int64_t kStallNanoseconds = 250'000'000;
 
 struct Probe {
-    std::atomic<std::uint64_t> frames;  ///< buffer swaps so far; written by the library
+    std::atomic<std::uint64_t> frames;  ///< frames drawn so far, seen or not; written by the library
+    std::atomic<std::uint64_t>
+        notices;  ///< times that the sound of a notice was opened; written by the library
+    std::atomic<std::uint64_t> swaps;  ///< buffer swaps so far; written by the library
     std::atomic<std::uint64_t>
         round_trips;                    ///< answers awaited from the X server so far; written by the library
     std::atomic<std::int64_t> clock;    ///< the program's clock since its start, ns; written by the library

@@ -92,7 +92,7 @@ __attribute__((constructor)) void OpenFiles() {
 
 extern "C" {
 
-void glXSwapBuffers(void* display, unsigned long drawable);
+void glFinish();
 void glBindTexture(unsigned int target, unsigned int texture);
 void glTexImage2D(unsigned int target, int level, int internal_format, int width, int height, int border,
                   unsigned int format, unsigned int type, const void* pixels);
@@ -133,9 +133,9 @@ void glTexImage2D(unsigned int target, int level, int internal_format, int width
 
 /// Ends the frame's record with the clock that its timers went by: the probe, which moves the clock, calls
 /// this before it does.
-void glXSwapBuffers(void* display, unsigned long drawable) {
-    static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
-    next(display, drawable);
+void glFinish() {
+    static const auto next = Next<void (*)()>("glFinish");
+    next();
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     state.frame.clock = std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;

@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+// The pace of the owl's frames: the screen's refresh rate, half of it at rest, and what becomes of it where
+// nothing tells of refreshes or swaps take long.
+#include <gtest/gtest.h>
+#include <xcb/present.h>
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "tests/desktop/calendar.h"
+#include "tests/desktop/fixture.h"
+
+namespace desktop {
+namespace {
+
+/// Counts the screen's refreshes on a connection of its own.
+class RefreshCounter {
+  public:
+    RefreshCounter(const std::string& display, Window window)
+        : connection_(xcb_connect(display.c_str(), nullptr)), window_(static_cast<xcb_window_t>(window)) {
+        xcb_present_select_input(connection_, xcb_generate_id(connection_), window_,
+                                 XCB_PRESENT_EVENT_MASK_COMPLETE_NOTIFY);
+    }
+    ~RefreshCounter() { xcb_disconnect(connection_); }
+    RefreshCounter(const RefreshCounter&) = delete;
+    RefreshCounter& operator=(const RefreshCounter&) = delete;
+
+    /// Waits for refreshes for some seconds, one after the other. Returns how many came a second.
+    double PerSecond(double seconds) {
+        const double start = Now();
+        double last = start;
+        int count = 0;
+        for (Await(); last < start + seconds; ++count) {
+            Await();
+            last = Now();
+        }
+        return count / (last - start);
+    }
+
+  private:
+    void Await() {
+        xcb_present_notify_msc(connection_, window_, 0, refreshes_ + 1, 0, 0);
+        xcb_flush(connection_);
+        xcb_generic_event_t* event = xcb_wait_for_event(connection_);
+        if (event == nullptr) Fail("the X server tells of no refresh");
+        if ((event->response_type & 0x7FU) == XCB_GE_GENERIC) {
+            refreshes_ = reinterpret_cast<xcb_present_complete_notify_event_t*>(event)->msc;
+        }
+        std::free(event);
+    }
+
+    xcb_connection_t* connection_;
+    xcb_window_t window_;
+    std::uint64_t refreshes_ = 0;
+};
+
+class ThePace : public OnDesktop {
+  protected:
+    /// Watches for some seconds while the pointer moves over the window; returns the swaps per second.
+    double SwapsWhileThePointerMoves(const Program& program, double seconds) {
+        const ScreenRect place = program.Place();
+        const double start = Now();
+        const std::uint64_t before = program.Swaps();
+        for (int step = 0; Now() < start + seconds; ++step) {
+            desk.MovePointer({place.x + 50 + step % 200, place.y + 150});
+            SleepSeconds(0.02);
+        }
+        return static_cast<double>(program.Swaps() - before) / (Now() - start);
+    }
+
+    /// Watches for some seconds in which nothing is touched.
+    static double SwapsAtRest(const Program& program, double seconds) {
+        const double start = Now();
+        const std::uint64_t before = program.Swaps();
+        SleepSeconds(seconds);
+        return static_cast<double>(program.Swaps() - before) / (Now() - start);
+    }
+};
+
+/// Returns how far a rate is from the wanted one, as a share of that.
+double Error(double rate, double wanted) {
+    return std::abs(rate / wanted - 1);
+}
+
+TEST_F(ThePace, IsTheRefreshRateWhileThePointerMovesAndHalfOfItAtRest) {
+    Program& program = Run();
+    RefreshCounter refreshes(desk.Name(), program.Handle());
+    double moving_error = 1;
+    double rest_error = 1;
+    // The best of some, because the machine may be busy.
+    for (int tries = 0; tries < 4 && (moving_error > 0.02 || rest_error > 0.02); ++tries) {
+        const double rate = refreshes.PerSecond(1.5);
+        SwapsWhileThePointerMoves(program, 0.3);
+        const double moving = SwapsWhileThePointerMoves(program, 2.5);
+        SleepSeconds(1.3);
+        const double rest = SwapsAtRest(program, 2.5);
+        std::printf("%.1f refreshes/s; %.1f swaps/s while the pointer moves, %.1f at rest\n", rate, moving,
+                    rest);
+        moving_error = std::min(moving_error, Error(moving, rate));
+        rest_error = std::min(rest_error, Error(rest, rate / 2));
+    }
+
+    EXPECT_LT(moving_error, 0.02);
+    EXPECT_LT(rest_error, 0.02) << "GL without a graphics card is costly enough to rest";
+}
+
+TEST_F(ThePace, IsFullAgainAtTheFirstMovementAfterARest) {
+    Program& program = Run();
+    SleepSeconds(2);
+    double rate = 0;
+    for (int tries = 0; tries < 3 && rate < 50; ++tries) {
+        SleepSeconds(1.2);
+        desk.MovePointer({Desktop::kWidth / 2, Desktop::kHeight / 2});
+        const ScreenRect place = program.Place();
+        desk.MovePointer({place.x + 100, place.y + 100 + tries});
+        rate = SwapsAtRest(program, 0.5);
+    }
+    std::printf("%.1f swaps/s in the half second after a movement\n", rate);
+    EXPECT_GE(rate, 50);
+}
+
+TEST_F(ThePace, IsUnboundForMeasuring) {
+    Start start;
+    start.environment["vblank_mode"] = "0";
+    Program& program = Run(start);
+
+    const double rate = SwapsAtRest(program, 2);
+
+    std::printf("%.1f swaps/s\n", rate);
+    EXPECT_GT(rate, 75);
+}
+
+TEST_F(ThePace, NeedsNoWordOfRefreshes) {
+    Start start;
+    start.preload = {ULMARO_WITHOUT_PRESENT_LIBRARY};
+    Program& program = Run(start);
+
+    const double shown = SwapsAtRest(program, 1.5);
+    program.Minimise();
+    SleepSeconds(0.5);
+    const double hidden = program.FramesPerSecond(1.5);
+
+    std::printf("%.1f swaps/s, hidden %.1f frames/s\n", shown, hidden);
+    EXPECT_GT(shown, 75) << "nothing may wait: the extension is not hidden at all";
+    EXPECT_GE(hidden, 8);
+    EXPECT_LE(hidden, 15);
+    EXPECT_EQ(program.Said(), "");
+}
+
+TEST_F(ThePace, OfTimersOutlivesSwapsOfASecond) {
+    Record event;
+    event.name = "Dentista";
+    event.day = event.month = 1;
+    event.year = 2020;
+    Start start;
+    start.spoilt[kStoreFile] = StoreBytes({event});
+    start.preload = {ULMARO_SLOW_SWAPS_LIBRARY};
+    Program& program = Run(start);
+    ASSERT_TRUE(WaitUntil([&] { return program.Notices() >= 1; }, 5)) << "no notice";
+    const double first = Now();
+    const std::uint64_t frames = program.Frames();
+    const double stalled = program.StalledSeconds();
+
+    // A timer of 35 seconds; reminders count by the same frames.
+    EXPECT_TRUE(WaitUntil([&] { return program.Notices() >= 2; }, 40)) << "no second notice";
+    const double passed = Now() - first;
+
+    std::printf("the second notice after %.2f s; %.1f frames/s, %.2f s lost\n", passed,
+                static_cast<double>(program.Frames() - frames) / passed, program.StalledSeconds() - stalled);
+    // The swaps of the window's start come on top: until it is shown and the pointer stands still.
+    EXPECT_NEAR(passed, 35, 35 * 0.02 + program.StalledSeconds() - stalled);
+    EXPECT_LE(program.StalledSeconds() - stalled, 3);
+}
+
+}  // namespace
+}  // namespace desktop
