@@ -3,11 +3,18 @@
 
 #include "tests/fakes/desktop.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 
 #include "tests/fakes/log.h"
 
 namespace fakes {
+namespace {
+
+constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
+
+}  // namespace
 
 Desktop& desktop() {
     static Desktop model;
@@ -18,6 +25,26 @@ void ResetDesktop() {
     desktop() = Desktop();
 }
 
+namespace {
+
+/// Returns the sum of a time and a delay that may be endless.
+std::uint64_t After(std::uint64_t time, const std::optional<std::uint64_t>& delay) {
+    return delay ? time + *delay : kEndless;
+}
+
+/// Returns when the refresh that was asked for comes.
+std::uint64_t NextRefresh() {
+    if (!desktop().refresh_asked_for) return kEndless;
+    return After(*desktop().refresh_asked_for, desktop().refresh_after);
+}
+
+/// Lets the clock go on to a time, and the refresh come if that is due then. The clock never goes back.
+void WaitUntil(std::uint64_t time) {
+    desktop().nanoseconds = std::max(desktop().nanoseconds, time);
+    if (desktop().nanoseconds >= NextRefresh()) desktop().refresh_asked_for.reset();
+}
+
+}  // namespace
 }  // namespace fakes
 
 ScreenPoint GlobalPointer() {
@@ -32,9 +59,9 @@ std::uint64_t MonotonicNanoseconds() {
     return fakes::desktop().nanoseconds;
 }
 
-void AwaitWindowEvent(std::uint64_t nanoseconds) {
-    fakes::Record("AwaitWindowEvent", {static_cast<double>(nanoseconds)});
-    fakes::desktop().nanoseconds += fakes::desktop().event_after.value_or(nanoseconds);
+std::uint64_t ProcessorNanoseconds() {
+    fakes::Record("ProcessorNanoseconds");
+    return fakes::desktop().processor += fakes::desktop().frame_processor;
 }
 
 void OpenWebAddress(const char* address) {
@@ -59,4 +86,52 @@ void ResetMouse() {
 void SetSwapInterval(int refreshes) {
     fakes::Record("SetSwapInterval", {refreshes});
     fakes::desktop().swap_intervals.push_back(refreshes);
+}
+
+void MinimiseWindow() {
+    fakes::Record("MinimiseWindow");
+    ++fakes::desktop().minimised;
+}
+
+bool IsGeometry(const char* text) {
+    fakes::Record("IsGeometry", {}, text);
+    const std::vector<std::string>& wrong = fakes::desktop().wrong_geometries;
+    return std::find(wrong.begin(), wrong.end(), text) == wrong.end();
+}
+
+bool IsWindowSeen() {
+    fakes::Record("IsWindowSeen");
+    return fakes::desktop().seen;
+}
+
+bool RequestRefresh() {
+    fakes::Record("RequestRefresh");
+    fakes::Desktop& desktop = fakes::desktop();
+    if (!desktop.tells_of_refreshes) return false;
+    if (!desktop.refresh_asked_for) desktop.refresh_asked_for = desktop.nanoseconds;
+    return true;
+}
+
+bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event) {
+    fakes::Record("AwaitRefresh", {nanoseconds, until_event});
+    const fakes::Desktop& desktop = fakes::desktop();
+    if (!desktop.refresh_asked_for) return true;
+    const std::uint64_t start = desktop.nanoseconds;
+    const std::uint64_t event = until_event ? fakes::After(start, desktop.event_after) : fakes::kEndless;
+    fakes::WaitUntil(std::min({start + nanoseconds, fakes::NextRefresh(), event}));
+    return !desktop.refresh_asked_for || desktop.nanoseconds >= event;
+}
+
+std::uint64_t RefreshPeriod() {
+    fakes::Record("RefreshPeriod");
+    return fakes::desktop().tells_of_refreshes ? fakes::desktop().refresh_period : 0;
+}
+
+void AwaitSight(std::uint64_t nanoseconds) {
+    fakes::Record("AwaitSight", {nanoseconds});
+    fakes::Desktop& desktop = fakes::desktop();
+    const std::uint64_t start = desktop.nanoseconds;
+    const std::uint64_t sight = fakes::After(start, desktop.sight_after);
+    fakes::WaitUntil(std::min({start + nanoseconds, fakes::NextRefresh(), sight}));
+    if (desktop.nanoseconds >= sight) desktop.seen = true;
 }

@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The fake of app/desktop.h: a desktop whose pointer and clock tests set, and which remembers what the
-// program asked of it.
+// The fake of app/desktop.h: a desktop whose pointer, clock and screen tests set, and which remembers what
+// the program asked of it. Waiting advances the clock.
 //
 // How to use it:
 //
 //     fakes::desktop().pointer = {250, 250};               // screen pixels
 //     fakes::desktop().nanoseconds += 16'000'000;          // a frame later
+//     fakes::desktop().tells_of_refreshes = true;          // each comes refresh_after its request
+//     fakes::desktop().refresh_after.reset();              // the screen is off: none comes any more
+//     fakes::desktop().seen = false;                       // the window is minimised, say
 //     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{"https://..."}));
 //     EXPECT_EQ(fakes::desktop().swap_intervals, (std::vector<int>{1}));
 //     EXPECT_EQ(fakes::desktop().pointer_calls, 1);
@@ -30,14 +33,28 @@ struct Desktop {
     ScreenPoint pointer{250, 250};              ///< screen pixels; the middle of the fake GLUT's window
     std::uint64_t nanoseconds = 1'000'000'000;  ///< what the clock shows; it stands still by itself
 
-    std::optional<std::uint64_t> event_after;   ///< after so long an event ends a wait, ns; nothing: none comes
+    bool seen = true;                           ///< somebody may see the window
+    bool tells_of_refreshes = false;            ///< as with the X Present extension
+    std::uint64_t refresh_period = 16'000'000;  ///< what RefreshPeriod returns, ns
+    std::uint64_t frame_processor = 0;          ///< how far each look moves the processor's clock, ns
+    std::vector<std::string> wrong_geometries;  ///< what IsGeometry does not take
+
+    /// So long after it was asked for, a refresh comes, ns; nothing: it does not come.
+    std::optional<std::uint64_t> refresh_after = 16'000'000;
+    /// So long after the wait for a refresh has begun, GLUT has an event, ns; nothing: none comes.
+    std::optional<std::uint64_t> event_after;
+    /// So long after the wait for sight has begun, the window is seen, ns; nothing: nobody looks.
+    std::optional<std::uint64_t> sight_after;
 
     // What tests read.
     int pointer_calls = 0;
     int clock_calls = 0;
     int mouse_resets = 0;
-    std::vector<std::string> opened;  ///< every web address, in order
-    std::string program;              ///< the name that the window was introduced by
+    int minimised = 0;                               ///< how often the window was
+    std::uint64_t processor = 0;                     ///< the processor's clock, ns
+    std::optional<std::uint64_t> refresh_asked_for;  ///< when; nothing: none that has not come
+    std::vector<std::string> opened;                 ///< every web address, in order
+    std::string program;                             ///< the name that the window was introduced by
     int icon_width = 0, icon_height = 0;
     std::vector<unsigned char> icon;  ///< its pixels
     std::vector<int> swap_intervals;  ///< every swap interval that was set, in order

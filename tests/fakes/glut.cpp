@@ -113,6 +113,7 @@ void glutPostRedisplay() {
 void glutSwapBuffers() {
     Record("glutSwapBuffers");
     ++glut().swaps;
+    if (glut().swap) glut().swap();
 }
 
 int glutGet(GLenum query) {

@@ -78,6 +78,7 @@ struct Glut {
     // What tests set. By default the screen is 1920 x 1080, the window 300 x 300 at (100, 100).
     std::map<GLenum, int> get;
     std::function<void()> main_loop;
+    std::function<void()> swap;  ///< what glutSwapBuffers does beside counting
 
     /// Calls every timer that waits now once and forgets it; timers set meanwhile stay waiting.
     void FireTimers();

@@ -97,7 +97,11 @@ class AppTest : public fakes::Test {
         event_list = ListState();
         quiz = QuizState();
         notifications = NotificationState();
-        window = {display, true, false, fakes::desktop().nanoseconds, false, 1, false};
+        window = WindowState();
+        window.frame = display;
+        window.watching = true;
+        window.last_frame = fakes::desktop().nanoseconds;
+        window.swap_interval = 1;
         listening_to_typing = true;
         ForgetStrokes();
         FillBank();
