@@ -174,8 +174,13 @@ void glFlush() {
 void glFinish() {
     JustRecord("glFinish");
 }
-void glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
-    JustRecord("glScissor", {x, y, width, height});
+void glSelectBuffer(GLsizei size, GLuint* /*buffer*/) {
+    JustRecord("glSelectBuffer", {size});
+}
+GLint glRenderMode(GLenum mode) {
+    Record("glRenderMode", {Constant(mode)});
+    gl().render_mode = mode;
+    return 0;
 }
 
 void glGetFloatv(GLenum pname, GLfloat* params) {

@@ -29,7 +29,7 @@ std::function<void()> draw;  ///< what a frame does beside beginning and ending
 void DrawFrame() {
     ++frames_drawn;
     BeginFrame();
-    fakes::Record("draw", {fakes::gl().Enabled(GL_SCISSOR_TEST)});
+    fakes::Record("draw", {fakes::gl().render_mode == GL_SELECT ? 1 : 0});
     if (draw) draw();
     PresentFrame();
 }
@@ -208,7 +208,7 @@ TEST_F(ShownFrameTest, TheRefreshIsAskedForFirstAndTheSwapComesLast) {
     Round();
 
     EXPECT_EQ(fakes::Lines({"RequestRefresh", "draw", "glFlush", "glFinish", "AwaitRefresh", "AwaitSight",
-                            "glScissor", "glEnable", "glDisable", "glutSwapBuffers"}),
+                            "glSelectBuffer", "glRenderMode", "glutSwapBuffers"}),
               (Calls{"RequestRefresh()", "draw(0)", "glFlush()", "glFinish()", "AwaitRefresh(100000000, 0)",
                      "glutSwapBuffers()"}));
 }
@@ -361,10 +361,10 @@ TEST_F(HiddenFrameTest, TouchesNoPixelAsksForNoRefreshAndIsNotSwapped) {
     Round();
 
     EXPECT_EQ(fakes::Lines({"RequestRefresh", "draw", "glFlush", "glFinish", "AwaitRefresh", "AwaitSight",
-                            "glScissor", "glEnable", "glDisable", "glutSwapBuffers", "SetSwapInterval",
+                            "glSelectBuffer", "glRenderMode", "glutSwapBuffers", "SetSwapInterval",
                             "GlobalPointer", "glutGet"}),
-              (Calls{"glEnable(GL_SCISSOR_TEST)", "glScissor(0, 0, 0, 0)", "draw(1)", "glFlush()",
-                     "glFinish()", "glDisable(GL_SCISSOR_TEST)", "AwaitSight(100000000)"}));
+              (Calls{"glSelectBuffer(1)", "glRenderMode(GL_SELECT)", "draw(1)", "glFlush()", "glFinish()",
+                     "glRenderMode(GL_RENDER)", "AwaitSight(100000000)"}));
 }
 
 TEST_F(HiddenFrameTest, TellsThatItIsHiddenWhileItIsDrawn) {
