@@ -67,7 +67,8 @@ bool IsGeometry(const char* text);
 /// second.
 bool IsWindowSeen();
 
-/// Asks to be told of the next refresh of the screen. Returns false where the desktop does not tell.
+/// Asks to be told of the next refresh of the screen. Returns false where the desktop does not tell. While
+/// one is awaited that was asked for less than ten seconds ago, nothing new is asked.
 bool RequestRefresh();
 
 /// Waits until the refresh that was asked for has come, at most so many nanoseconds. Returns whether it has.

@@ -171,6 +171,9 @@ void SetSwapInterval(int refreshes) {
 namespace {
 
 constexpr std::uint64_t kBetweenLooksNanoseconds = 100'000'000;
+/// A refresh that has not come for so long is asked for again: a server may lose the request when the screen
+/// is turned off. Longer than screens take to come back, so that few requests pile up in the server.
+constexpr std::uint64_t kAskAgainNanoseconds = 10'000'000'000;
 constexpr std::size_t kMostHigherWindows = 64;  ///< so many windows above ours are looked at
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t kIconic = 3;  ///< the value of WM_STATE for a minimised window
@@ -240,6 +243,7 @@ struct Watch {
     std::uint8_t present = 0;      ///< major opcode of the Present extension; 0: the server has none
     std::uint32_t serial = 0;      ///< of the last refresh that was asked for
     bool awaiting = false;         ///< that one has not come
+    std::uint64_t asked_at = 0;    ///< when it was asked for; RealNanoseconds
     std::uint64_t refreshes = 0;   ///< the number of the last refresh (MSC)
     std::uint64_t refresh_at = 0;  ///< its time (UST), microseconds
     std::uint64_t period = 0;      ///< nanoseconds
@@ -544,8 +548,10 @@ bool IsWindowSeen() {
 
 bool RequestRefresh() {
     if (!Connect() || watch.present == 0) return false;
-    if (watch.awaiting) return true;
+    const std::uint64_t now = RealNanoseconds();
+    if (watch.awaiting && now - watch.asked_at < kAskAgainNanoseconds) return true;
     watch.awaiting = true;
+    watch.asked_at = now;
     xcb_present_notify_msc(watch.connection, watch.window, ++watch.serial, watch.refreshes + 1, 0, 0);
     xcb_flush(watch.connection);
     return true;

@@ -109,23 +109,28 @@ void UpdateSight() {
 /// refresh.
 bool MayRest() {
     if (window.active || RefreshPeriod() == 0) return false;
-    return window.last_frame - window.last_activity > kRestAfter &&
+    return window.frame_begin - window.last_activity > kRestAfter &&
            window.frame_cost > static_cast<double>(RefreshPeriod()) / 3;
 }
 
-/// Waits for the refresh that was asked for. Returns whether the frame may be shown; otherwise the refresh is
-/// late.
+/// Waits for the refresh that was asked for, and at rest for one more, both together no longer than
+/// kLongestWait. Returns whether the frame may be shown; otherwise the refresh is late.
 bool WaitForRefresh() {
     if (!window.paced) return true;
-    bool came = AwaitRefresh(kLongestWait, false);
-    if (came && MayRest() && RequestRefresh()) came = AwaitRefresh(kLongestWait, true);
-    window.refresh_late = !came;
-    return came;
+    const std::uint64_t start = MonotonicNanoseconds();
+    window.refresh_late = !AwaitRefresh(kLongestWait, false);
+    if (window.refresh_late) return false;
+    if (MayRest() && RequestRefresh()) {
+        const std::uint64_t passed = MonotonicNanoseconds() - start;
+        AwaitRefresh(kLongestWait - std::min(passed, kLongestWait), true);
+    }
+    return true;
 }
 
-/// Tells the driver only when the answer changes: a swap waits by itself only where we do not.
+/// Tells the driver only when the answer changes: a swap waits by itself only where the desktop does not tell
+/// of refreshes.
 void ChooseSwapInterval() {
-    const int refreshes = window.waits && !window.paced ? 1 : 0;
+    const int refreshes = window.waits && !window.told ? 1 : 0;
     if (window.swap_interval == refreshes) return;
     window.swap_interval = refreshes;
     SetSwapInterval(refreshes);
@@ -138,13 +143,18 @@ void Swap() {
     const std::uint64_t start = MonotonicNanoseconds();
     glutSwapBuffers();
     const std::uint64_t end = MonotonicNanoseconds();
-    if (end - start > kSlowSwap) window.swap_again = end + kSlowSwapPause * (end - start);
+    if (end - start <= kSlowSwap) return;
+    window.swap_again = end + kSlowSwapPause * (end - start);
+    // What was noted while the frame was drawn is the pointer, which moves anywhere on the screen: no sign
+    // that somebody sees the window.
+    window.active = false;
 }
 
 void MeasureCost() {
     const std::uint64_t processor = ProcessorNanoseconds();
     const auto cost = static_cast<double>(processor - window.processor);
-    if (!window.hidden) window.frame_cost += kNewCostShare * (cost - window.frame_cost);
+    const bool first = window.processor == 0;  // its cost is that of the program's start
+    if (!window.hidden && !first) window.frame_cost += kNewCostShare * (cost - window.frame_cost);
     window.processor = processor;
 }
 
@@ -207,12 +217,17 @@ void BeginFrame() {
         window.swap_again = 0;
     }
     window.active = false;
+    window.frame_begin = now;
     const bool came_late = window.refresh_late && AwaitRefresh(0, false);
-    if (came_late) window.refresh_late = false;
+    if (came_late) {
+        window.refresh_late = false;
+    } else if (window.refresh_late) {
+        RequestRefresh();  // the one that was asked for may have been lost
+    }
     window.hidden = !window.glut_draws || !window.seen || window.refresh_late || now < window.swap_again;
     if (window.hidden) TouchNoPixels();
-    // A frame that was waited for so long is shown at once.
-    window.paced = !window.hidden && window.waits && !came_late && RequestRefresh();
+    window.told = !window.hidden && window.waits && RequestRefresh();
+    window.paced = window.told && !came_late;  // a frame that was waited for so long is shown at once
 }
 
 bool IsFrameHidden() {

@@ -45,15 +45,17 @@ struct WindowState {
     bool watching = false;      ///< set by WatchFrames
     bool waits = true;          ///< false: for measuring, nothing waits; set by WatchFrames
 
-    bool drawn = false;            ///< a frame has come since GLUT was last idle
-    bool glut_draws = true;        ///< the frame being drawn is GLUT's and not the idle callback's
-    bool seen = true;              ///< somebody may see the window
-    bool hidden = false;           ///< the frame being drawn is one that nobody sees
-    bool paced = false;            ///< the frame being drawn waits for a refresh
-    bool refresh_late = false;     ///< the refresh that was asked for did not come in time
-    std::uint64_t last_frame = 0;  ///< the last frame's end
-    std::uint64_t swap_again = 0;  ///< no swap before this time: the last one took too long
-    int swap_interval = -1;        ///< what the driver was last told; -1 before the first swap
+    bool drawn = false;             ///< a frame has come since GLUT was last idle
+    bool glut_draws = true;         ///< the frame being drawn is GLUT's and not the idle callback's
+    bool seen = true;               ///< somebody may see the window
+    bool hidden = false;            ///< the frame being drawn is one that nobody sees
+    bool told = false;              ///< the desktop tells of the refresh after the frame being drawn
+    bool paced = false;             ///< the frame being drawn waits for it
+    bool refresh_late = false;      ///< the refresh that was asked for did not come in time
+    std::uint64_t frame_begin = 0;  ///< of the frame being drawn or, between frames, of the last one
+    std::uint64_t last_frame = 0;   ///< the last frame's end
+    std::uint64_t swap_again = 0;   ///< no swap before this time: the last one took too long
+    int swap_interval = -1;         ///< what the driver was last told; -1 before the first swap
 
     bool active = false;              ///< the user has done something since the last frame began
     std::uint64_t last_activity = 0;  ///< when the frame after that began

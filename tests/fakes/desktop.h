@@ -51,7 +51,7 @@ struct Desktop {
     int clock_calls = 0;
     int mouse_resets = 0;
     int minimised = 0;                               ///< how often the window was
-    std::uint64_t processor = 0;                     ///< the processor's clock, ns
+    std::uint64_t processor = 500'000'000;           ///< the processor's clock, ns; the start has used some
     std::optional<std::uint64_t> refresh_asked_for;  ///< when; nothing: none that has not come
     std::vector<std::string> opened;                 ///< every web address, in order
     std::string program;                             ///< the name that the window was introduced by

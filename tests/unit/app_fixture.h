@@ -97,11 +97,6 @@ class AppTest : public fakes::Test {
         event_list = ListState();
         quiz = QuizState();
         notifications = NotificationState();
-        window = WindowState();
-        window.frame = display;
-        window.watching = true;
-        window.last_frame = fakes::desktop().nanoseconds;
-        window.swap_interval = 1;
         listening_to_typing = true;
         ForgetStrokes();
         FillBank();
@@ -112,8 +107,18 @@ class AppTest : public fakes::Test {
         mouse(0, 0);
         single_touch = touch_event = false;
         ResetFrameInput();
+        ResetWindow();
         ForgetWindowMetrics();
         NameTextures();
+    }
+
+    /// Puts the window layer to where it is after a shown frame, with no activity since.
+    static void ResetWindow() {
+        window = WindowState();
+        window.frame = display;
+        window.watching = true;
+        window.last_frame = fakes::desktop().nanoseconds;
+        window.swap_interval = 1;
     }
 
     /// Fills the bank of questions, if a test has left it otherwise.

@@ -224,7 +224,38 @@ TEST_F(InputTest, AsciiKeysLeaveTheTableOfSpecialKeysAlone) {
     EXPECT_FALSE(single_touch);
 }
 
+// ---- Activity ----
+
+TEST_F(InputTest, MotionAnyButtonAndAnyKeyAreActivity) {
+    const auto is_activity = [](auto act) {
+        window.active = false;
+        act();
+        return window.active;
+    };
+
+    EXPECT_TRUE(is_activity([] { mouse(1, 2); }));
+    for (const int button : {GLUT_LEFT_BUTTON, GLUT_RIGHT_BUTTON, 3}) {
+        for (const int state : {GLUT_DOWN, GLUT_UP}) {
+            EXPECT_TRUE(is_activity([=] { mouse_event(button, state, 0, 0); })) << button << ' ' << state;
+        }
+    }
+    for (const int key : {GLUT_KEY_UP, -1, 256}) {
+        EXPECT_TRUE(is_activity([=] { keyboard_down(key, 0, 0); })) << key;
+    }
+    EXPECT_FALSE(is_activity([] { reshape(300, 300); }));
+}
+
 // ---- reshape ----
+
+TEST_F(InputTest, ReshapeBeginsToWatchOverTheFrames) {
+    window.watching = false;
+
+    reshape(300, 300);
+    reshape(300, 300);
+
+    EXPECT_TRUE(window.watching);
+    EXPECT_EQ(fakes::Count("glutIdleFunc"), 1U);
+}
 
 /// Expects the projection of a perspective with a vertical field of view of 45 degrees from 1 to 99.
 void ExpectPerspective(double aspect) {

@@ -98,6 +98,41 @@ TEST_F(OwlTest, ThePointerIsAskedOnceAFrame) {
     EXPECT_EQ(fakes::desktop().pointer_calls, 2);
 }
 
+TEST_F(OwlTest, InAFrameThatNobodySeesThePointerCountsAsWhereItWas) {
+    LookAtThePointer();
+    PointAt(kLeftEyeX + 1.8, kLeftEyeY - 2.4);
+    RunFrame(0);
+    window.hidden = true;
+    PointAt(kLeftEyeX - 3, kLeftEyeY);
+    window.active = false;
+
+    RunFrame(0);
+    ExpectOffset(EyeOffset(eye_l), 1.8, -2.4);
+    EXPECT_EQ(fakes::desktop().pointer_calls, 1);
+    EXPECT_FALSE(window.active);
+
+    window.hidden = false;
+    RunFrame(0);
+    ExpectOffset(EyeOffset(eye_l), -3, 0);
+}
+
+TEST_F(OwlTest, APointerThatMovesAnywhereOnTheScreenIsActivity) {
+    const auto is_activity = [](int dx, int dy) {
+        fakes::desktop().pointer.x += dx;
+        fakes::desktop().pointer.y += dy;
+        window.active = false;
+        RunFrame(0);
+        return window.active;
+    };
+    RunFrame(0);
+
+    EXPECT_FALSE(is_activity(0, 0));
+    EXPECT_TRUE(is_activity(1, 0));
+    EXPECT_TRUE(is_activity(0, -1));
+    EXPECT_TRUE(is_activity(-1, -1));
+    EXPECT_FALSE(is_activity(0, 0));
+}
+
 TEST_F(OwlTest, AnOffsetOfLengthThreeIsUsedUnchanged) {
     LookAtThePointer();
     PointAt(kLeftEyeX + 1.8, kLeftEyeY - 2.4);

@@ -244,6 +244,33 @@ TEST_F(MainTest, StartsWithoutASoundDevice) {
     EXPECT_EQ(fakes::glut().main_loops, 1);
 }
 
+/// Runs main with options; returns the calls that open the window and the sound device.
+Calls StartWith(Calls options) {
+    const PictureFolder pictures;
+    options.insert(options.begin(), "ulmaro-assistant");
+    std::vector<char*> argv;
+    for (std::string& option : options) argv.push_back(option.data());
+    argv.push_back(nullptr);
+    UlmaroMain(static_cast<int>(options.size()), argv.data());
+    return fakes::Lines(
+        {"glutInitErrorFunc", "glutInit", "glutCreateWindow", "MinimiseWindow", "alcOpenDevice"});
+}
+
+TEST(MainOptionsTest, TheyAreReadBeforeGlutReadsThemAndTheWindowIsMinimisedWhenItIsThere) {
+    ExpectInFreshProcess([] {
+        return StartWith({"-iconic"}) == Calls{"glutInitErrorFunc()", "glutInit(1)",
+                                               "glutCreateWindow(\"Ulmaro Assistant\")", "MinimiseWindow()",
+                                               "alcOpenDevice(0)"};
+    });
+}
+
+TEST(MainOptionsTest, WithoutThemTheWindowIsNotMinimised) {
+    ExpectInFreshProcess([] {
+        return StartWith({}) == Calls{"glutInitErrorFunc()", "glutInit(1)",
+                                      "glutCreateWindow(\"Ulmaro Assistant\")", "alcOpenDevice(0)"};
+    });
+}
+
 // ---- Values at start ----
 
 TEST(ProgramStartTest, GlobalsOfTheShellHaveTheirStartValues) {
@@ -411,6 +438,9 @@ TEST_F(DisplayTest, ClearsAndEntersTheCanvasBeforeItDraws) {
     display();
 
     EXPECT_TRUE(LogBeginsWith({
+        "IsWindowSeen()",
+        "MonotonicNanoseconds()",
+        "RequestRefresh()",
         "glClearColor(0, 0, 0, 0)",
         "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)",
         "glLoadIdentity()",
@@ -438,7 +468,11 @@ TEST_F(DisplayTest, LeavesTheCanvasPresentsMeasuresAndAsksForTheNextFrame) {
         "glPopMatrix()",
         "glFlush()",
         "glFinish()",
+        "MonotonicNanoseconds()",
         "glutSwapBuffers()",
+        "MonotonicNanoseconds()",
+        "ProcessorNanoseconds()",
+        "MonotonicNanoseconds()",
         "MonotonicNanoseconds()",
         "glutPostRedisplay()",
     }));
@@ -451,7 +485,9 @@ TEST_F(DisplayTest, LeavesAPanelAsItLeavesTheCharacter) {
 
     EXPECT_TRUE(LogEndsWith({"glPopMatrix()", "glMatrixMode(GL_PROJECTION)", "glPopMatrix()",
                              "glMatrixMode(GL_MODELVIEW)", "glPopMatrix()", "glFlush()", "glFinish()",
-                             "glutSwapBuffers()", "MonotonicNanoseconds()", "glutPostRedisplay()"}));
+                             "MonotonicNanoseconds()", "glutSwapBuffers()", "MonotonicNanoseconds()",
+                             "ProcessorNanoseconds()", "MonotonicNanoseconds()", "MonotonicNanoseconds()",
+                             "glutPostRedisplay()"}));
 }
 
 TEST_F(DisplayTest, BalancesItsStacksOnEveryScreen) {
@@ -692,6 +728,54 @@ TEST_F(DisplayTest, NoticesInTheNextFrameThatTheWindowHasMoved) {
 
     EXPECT_EQ(WindowX(), 700);
     EXPECT_EQ(fakes::glut().get_calls[GLUT_WINDOW_X], 2);
+}
+
+TEST_F(DisplayTest, AsksForTheRefreshBeforeItDrawsAndWaitsForItBeforeItSwaps) {
+    fakes::desktop().tells_of_refreshes = true;
+
+    display();
+
+    EXPECT_EQ(fakes::Names({"RequestRefresh", "glClear", "glFlush", "glFinish", "AwaitRefresh",
+                            "glutSwapBuffers", "glutPostRedisplay"}),
+              (Calls{"RequestRefresh", "glClear", "glFlush", "glFinish", "AwaitRefresh", "glutSwapBuffers",
+                     "glutPostRedisplay"}));
+}
+
+TEST_F(DisplayTest, MeasuresTheFrameAfterTheWaitForTheRefresh) {
+    fakes::desktop().tells_of_refreshes = true;
+
+    display();
+
+    EXPECT_EQ(global_time, 0.016F);
+}
+
+TEST_F(DisplayTest, AFrameThatNobodySeesDoesAllStepsAndAsksTheWindowSystemNothing) {
+    display();
+    fakes::desktop().seen = false;
+    LetFrameTake(50'000'000);
+    single_touch = true;
+    fakes::ClearLog();
+
+    display();
+    display();
+
+    EXPECT_EQ(fakes::Count("glutGet") + fakes::Count("GlobalPointer") + fakes::Count("glutSwapBuffers"), 0U);
+    EXPECT_NEAR(character.bt, 0.1, 1e-6);
+    EXPECT_EQ(fakes::Count("glutPostRedisplay"), 2U);
+    EXPECT_FALSE(single_touch);
+}
+
+TEST_F(DisplayTest, AFrameThatNobodySeesKeepsTheWindowsPlace) {
+    display();
+    fakes::glut().get[GLUT_WINDOW_X] = 700;
+    fakes::desktop().seen = false;
+    display();
+    EXPECT_EQ(WindowX(), 100);
+
+    fakes::desktop().seen = true;
+    display();
+
+    EXPECT_EQ(WindowX(), 700);
 }
 
 // ---- GetGlobalTime ----

@@ -48,6 +48,16 @@ TEST_F(TypingTest, IsListenedToByGlutsKeyboardCallback) {
     EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
 }
 
+TEST_F(TypingTest, EachCharacterIsActivityAlsoOneThatTypesNothing) {
+    for (const int code : {97, 8, 127, 0xE0, 27, 0xFF}) {
+        window.active = false;
+
+        TypeCode(code);
+
+        EXPECT_TRUE(window.active) << code;
+    }
+}
+
 TEST_F(TypingTest, OneCharacterAFrameArrivesInTheOrderOfTyping) {
     for (const char c : std::string("zbba")) TypeCode(c);
 

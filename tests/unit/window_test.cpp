@@ -279,6 +279,16 @@ TEST_F(LateRefreshTest, UntilItComesNoFrameWaitsForIt) {
     EXPECT_EQ(fakes::Lines({"AwaitRefresh"}), Calls(3, "AwaitRefresh(0, 0)"));
 }
 
+TEST_F(LateRefreshTest, EachFrameUntilItComesAsksForItAgain) {
+    LoseTheRefresh();
+
+    Rounds(3);
+
+    EXPECT_EQ(fakes::Names({"AwaitRefresh", "RequestRefresh", "draw"}),
+              (Calls{"AwaitRefresh", "RequestRefresh", "draw", "AwaitRefresh", "RequestRefresh", "draw",
+                     "AwaitRefresh", "RequestRefresh", "draw"}));
+}
+
 TEST_F(LateRefreshTest, TheFirstFrameAfterItHasComeIsShownAtOnce) {
     LoseTheRefresh();
     Round();
@@ -677,7 +687,6 @@ TEST_F(RestTest, NobodyRestsBeforeTheTimeOfARefreshIsKnown) {
 TEST(WindowStartTest, WhatTheStartHasCostIsNotTheCostOfAFrame) {
     ExpectInFreshProcess([] {
         SetFrame(DrawFrame);
-        fakes::desktop().processor = 500 * kMillisecond;
         DrawFrame();
         const bool free = window.frame_cost == 0;
         fakes::desktop().frame_processor = 16 * kMillisecond;
@@ -791,7 +800,7 @@ TEST_F(OptionsTest, SomethingLikeTheIconicOptionIsKept) {
               (Calls{"-iconi", "--iconic", "iconic", "-iconic2"}));
 }
 
-TEST_F(OptionsTest, AProgramOfThatNameDoesNotStartMinimised) {
+TEST(MinimiseAtStartTest, AProgramOfThatNameDoesNotStartMinimised) {
     ExpectInFreshProcess([] {
         std::string name = "-iconic";
         char* argv[] = {name.data(), nullptr};
