@@ -204,8 +204,8 @@ TEST_P(TheMinimisedStart, SoundsAndIsShownWhenAskedFor) {
     if (minimises) {
         EXPECT_TRUE(WaitUntil([&] { return program.IsMinimised(); }, 3));
     }
-    SleepSeconds(1);
-    const Rates minimised = Measure(program, 1.5);
+    SleepSeconds(0.6);
+    const Rates minimised = Measure(program, 1);
     EXPECT_TRUE(WaitUntil([&] { return program.Notices() > 0; }, 5)) << "no notice";
     EXPECT_EQ(program.Shown(), !minimises);
     program.Restore();
