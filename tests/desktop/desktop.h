@@ -119,7 +119,7 @@ class Desktop {
 /// How the program's monotonic clock goes.
 enum class Clock {
     kRuns,    ///< with real time
-    kInHand,  ///< only by LetTimePass(), from the very start
+    kInHand,  ///< only by LetTimePass(), from the very start; frames then wait for no refresh
 };
 
 /// What the program starts with.

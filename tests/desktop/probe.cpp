@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdarg>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -111,10 +111,14 @@ int clock_gettime(clockid_t clock, timespec* time) noexcept {
 }
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
-std::FILE* fopen(const char* path, const char* mode) {
-    static const auto next = Next<std::FILE* (*)(const char*, const char*)>("fopen");
+int open(const char* path, int flags, ...) {
+    static const auto next = Next<int (*)(const char*, int, ...)>("open");
     if (probe != nullptr && std::strcmp(path, "notify.wav") == 0) ++probe->notices;
-    return next(path, mode);
+    std::va_list more;
+    va_start(more, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
+    va_end(more);
+    return next(path, flags, mode);
 }
 
 int rand() noexcept {

@@ -175,6 +175,42 @@ TEST_F(TheWindow, TakesKeysAndClicksBesideTheMenuWithoutHarm) {
     EXPECT_EQ(Scene().BodyIn(program.Look()).substr(0, 8), "stand_01");
 }
 
+// ---- Options ----
+
+TEST_F(TheWindow, TakesASizeAndAPlace) {
+    Start start;
+    start.options = {"-geometry", "200x200+10+10"};
+    const ScreenRect place = Run(start).Place();
+
+    EXPECT_EQ(place.width, 200);
+    EXPECT_EQ(place.height, 200);
+    EXPECT_NEAR(place.x, 10, 40) << "the window manager's frame may count";
+    EXPECT_NEAR(place.y, 10, 40);
+}
+
+TEST_F(TheWindow, TakesAPlaceAlone) {
+    Start start;
+    start.options = {"-geometry", "+10+10"};
+    const ScreenRect place = Run(start).Place();
+
+    EXPECT_EQ(place.width, 300);
+    EXPECT_EQ(place.height, 300);
+    EXPECT_NEAR(place.x, 10, 40);
+    EXPECT_NEAR(place.y, 10, 40);
+}
+
+TEST_F(TheWindow, SaysInOneLineThatAGeometryIsWrong) {
+    Start start;
+    start.options = {"-geometry", "foo"};
+    start.wait_for_window = false;
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said(),
+              "Ulmaro Assistant: \"foo\" non e' una posizione o una dimensione della finestra: scrivi per "
+              "esempio -geometry 300x300+10+10.\n");
+}
+
 // ---- Files ----
 
 TEST_F(TheWindow, FindsItsFilesInTheCurrentDirectoryAlone) {
