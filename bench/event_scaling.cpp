@@ -20,6 +20,7 @@
 #include "bench/store_time.h"
 #include "bench/table.h"
 #include "bench/turns.h"
+#include "bench/waiting.h"
 #include "tests/desktop/desktop.h"
 
 namespace {
@@ -39,6 +40,7 @@ double MedianOf(int repetitions, const Measure& measure) {
 double FrameMilliseconds(desktop::Desktop& desk, const std::string& store, int repetitions) {
     desktop::Start start;
     start.clock = desktop::Clock::kInHand;
+    bench::SwitchWaitingOff(start);
     start.spoilt["database.bin"] = store;
     desktop::Program program(desk, start);
     program.Resize({0, 40, 300, 300});

@@ -144,6 +144,7 @@ class Replay {
         command.words = {"glretrace", "--benchmark", "--loop=-1", trace};
         command.environment = {{"DISPLAY", desk_.Name()},
                                {"LD_PRELOAD", ULMARO_COUNT_SWAPS},
+                               {"vblank_mode", "0"},
                                {desktop::kProbeVariable, output_.Path("frames")}};
         command.error_file = output_.Path("said");
         process_.emplace(command);
