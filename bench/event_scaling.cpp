@@ -73,7 +73,7 @@ void Measure(desktop::Desktop& desk, int count, int repetitions) {
 int main(int argc, char** argv) {
     return bench::RunComparison(argc, argv, 5, [](int repetitions) {
         desktop::Desktop desk;
-        setenv("DISPLAY", desk.Name().c_str(), 1);
+        bench::EnterDesktop(desk);
         std::puts("# events\tframe\tstart to the first frame\tload\tsave");
         for (const int count : kNumbersOfEvents) Measure(desk, count, repetitions);
         return true;

@@ -77,7 +77,7 @@ bool Compare(int pairs) {
     owl.Resize({150, 300, 300, 300});
     desktop::Command command;
     command.words = {"xeyes", "-geometry", "80x50+800+450"};
-    command.environment["DISPLAY"] = desk.Name();
+    command.environment = desk.ClientEnvironment();
     Process xeyes(command);
     if (!desktop::WaitUntil([&] { return desk.FindWindow("xeyes") != None; }, 20)) {
         desktop::Fail("xeyes shows no window");

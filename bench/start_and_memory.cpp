@@ -54,7 +54,7 @@ bool CompareStarts(const Desktop& desk, int pairs) {
     const desktop::Folder folder;
     folder.LinkAll(ULMARO_DATA);
     std::filesystem::current_path(folder.Path());
-    setenv("DISPLAY", desk.Name().c_str(), 1);
+    bench::EnterDesktop(desk);
     bench::FirstFrameMilliseconds(ours);
     bench::FirstFrameMilliseconds(bare);
     bench::Series series;
@@ -76,7 +76,7 @@ bool CompareStartsWithEvents(const Desktop& desk, int pairs) {
     const desktop::Folder many, none;
     for (const desktop::Folder* folder : {&many, &none}) folder->LinkAll(ULMARO_DATA);
     std::ofstream(many.Path("database.bin"), std::ios::binary) << bench::RandomStore(kEvents);
-    setenv("DISPLAY", desk.Name().c_str(), 1);
+    bench::EnterDesktop(desk);
     bench::Series series;
     for (int i = -1; i < pairs; ++i) {
         const double with_events = StartIn(many);
@@ -100,7 +100,8 @@ double BareMebibytes(const Desktop& desk) {
     desktop::Command command;
     command.words = BareWindow();
     command.folder = ULMARO_DATA;
-    command.environment = {{"DISPLAY", desk.Name()}, {"ALSOFT_DRIVERS", "null"}};
+    command.environment = desk.ClientEnvironment();
+    command.environment["ALSOFT_DRIVERS"] = "null";
     Process bare(command);
     if (!desktop::WaitUntil([&] { return desk.FindWindow("Bare window") != 0; }, 20)) {
         desktop::Fail("the bare program shows no window");
