@@ -7,7 +7,8 @@
 //
 // Prints a line a measurement; exits with 1 where a limit is missed.
 //
-// usage: pace [REPETITIONS]      (of each slice of a shown owl; everything else is measured once)
+// usage: pace [REPETITIONS [shown|pointer|hidden|slow]]
+//        (repetitions of each slice of a shown owl; everything else is measured once)
 #include <poll.h>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -15,9 +16,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <mutex>
 #include <optional>
 #include <random>
@@ -283,14 +286,15 @@ class SwapTimes {
     std::jthread thread_;
 };
 
-/// Returns the time from which on the swaps come at nearly such a rate, for a quarter of a second at least.
+/// Returns the time from which on the swaps come at nearly such a rate, for a quarter of a second at least;
+/// infinity where they never do.
 double FirstAtRate(const std::vector<double>& times, double rate) {
     constexpr double kNearly = 0.8;
     const auto frames = static_cast<std::size_t>(rate / 4);
     for (std::size_t i = 0; i + frames < times.size(); ++i) {
         if (times[i + frames] - times[i] <= static_cast<double>(frames) / (kNearly * rate)) return times[i];
     }
-    desktop::Fail("a window that is shown again does not come to its full rate");
+    return std::numeric_limits<double>::infinity();
 }
 
 /// Lets the user move the pointer; where a desktop lets no program move it, only time passes.
@@ -323,6 +327,7 @@ bool MeasureCell(Desktop& desk, Program& owl, const HidingPlace& place, double& 
 bool CompareHidden() {
     bool good = true;
     double longest = 0;
+    std::string where;
     for (const WindowManager manager : desktop::kWindowManagers) {
         Desktop desk(manager);
         Program owl(desk, {});
@@ -331,12 +336,12 @@ bool CompareHidden() {
             if (!Has(desk, place)) continue;
             double back = 0;
             good &= MeasureCell(desk, owl, place, back);
-            std::fprintf(stderr, "shown again after %.3f s\n", back);
-            longest = std::max(longest, back);
+            if (back < longest) continue;
+            longest = back;
+            where = NameOf(manager) + ", " + place.name;
         }
     }
-    return bench::PrintCount("shown again, seconds to the full rate, the longest", longest, kBackLimit) &&
-           good;
+    return bench::PrintCount("shown again, seconds to the full rate: " + where, longest, kBackLimit) && good;
 }
 
 // ---- Slow swaps ----
@@ -448,14 +453,7 @@ class SlowOwl {
     double first_frame_ = 0;
 };
 
-bool Compare(int repetitions) {
-    if (const char* only = std::getenv("ONLY")) {
-        const std::string part = only;
-        if (part == "shown") return CompareShown(repetitions);
-        if (part == "pointer") return ComparePointer();
-        if (part == "hidden") return CompareHidden();
-        if (part == "slow") return SlowOwl().Judge();
-    }
+bool CompareAll(int repetitions) {
     bool good = CompareShown(repetitions);
     good &= ComparePointer();
     SlowOwl slow;  // runs beside the hidden ones, and takes hardly more than they do
@@ -463,8 +461,19 @@ bool Compare(int repetitions) {
     return slow.Judge() && good;
 }
 
+/// Measures one part, by its name on the command line.
+bool ComparePart(const std::string& part, int repetitions) {
+    if (part == "shown") return CompareShown(repetitions);
+    if (part == "pointer") return ComparePointer();
+    if (part == "hidden") return CompareHidden();
+    if (part == "slow") return SlowOwl().Judge();
+    desktop::Fail("there is no part " + part);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    return bench::RunComparison(argc, argv, 5, Compare);
+    return bench::RunComparison(argc, argv, 5, [&](int repetitions) {
+        return argc > 2 ? ComparePart(argv[2], repetitions) : CompareAll(repetitions);
+    });
 }
