@@ -211,22 +211,19 @@ bool ComparePointer() {
 /// A way to hide the window, and to show it again.
 struct HidingPlace {
     std::string name;
+    std::function<bool(const Desktop&)> exists;  ///< says whether the window manager has it
     std::function<void(Desktop&, Program&)> hide, show;
 };
 
 const std::array<HidingPlace, 3> kHidingPlaces = {
-    {{"minimised", [](Desktop&, Program& owl) { owl.Minimise(); },
-      [](Desktop&, Program& owl) { owl.Restore(); }},
-     {"on another desktop", [](Desktop&, Program& owl) { owl.MoveToDesktop(1); },
+    {{"minimised", [](const Desktop& desk) { return desk.Manager() != WindowManager::kNone; },
+      [](Desktop&, Program& owl) { owl.Minimise(); }, [](Desktop&, Program& owl) { owl.Restore(); }},
+     {"on another desktop", [](const Desktop& desk) { return desk.HasSeveralDesktops(); },
+      [](Desktop&, Program& owl) { owl.MoveToDesktop(1); },
       [](Desktop&, Program& owl) { owl.MoveToDesktop(0); }},
-     {"covered", [](Desktop& desk, Program&) { desk.CoverByMaximisedWindow(); },
+     {"covered", [](const Desktop&) { return true; },
+      [](Desktop& desk, Program&) { desk.CoverByMaximisedWindow(); },
       [](Desktop& desk, Program&) { desk.Uncover(); }}}};
-
-/// Returns whether the window manager has that way.
-bool Has(const Desktop& desk, const HidingPlace& place) {
-    if (&place == &kHidingPlaces[0]) return desk.Manager() != WindowManager::kNone;
-    return &place != &kHidingPlaces[1] || desk.HasSeveralDesktops();
-}
 
 /// Returns how often the threads of a process have gone to sleep by themselves so far.
 double Wakeups(pid_t process) {
@@ -333,7 +330,7 @@ bool CompareHidden() {
         Program owl(desk, {});
         desktop::SleepSeconds(2);  // the sound device falls asleep
         for (const HidingPlace& place : kHidingPlaces) {
-            if (!Has(desk, place)) continue;
+            if (!place.exists(desk)) continue;
             double back = 0;
             good &= MeasureCell(desk, owl, place, back);
             if (back < longest) continue;
