@@ -18,6 +18,7 @@
 #include "bench/event_mix.h"
 #include "bench/screens.h"
 #include "bench/turns.h"
+#include "bench/waiting.h"
 #include "tests/desktop/desktop.h"
 
 namespace {
@@ -46,6 +47,7 @@ constexpr CanvasPoint kAway = {480, 250};
 Start WithStore(const std::string& store) {
     Start start;
     start.clock = Clock::kInHand;
+    bench::SwitchWaitingOff(start);
     start.spoilt["database.bin"] = store;
     return start;
 }

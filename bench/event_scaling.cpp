@@ -20,6 +20,7 @@
 #include "bench/store_time.h"
 #include "bench/table.h"
 #include "bench/turns.h"
+#include "bench/waiting.h"
 #include "tests/desktop/desktop.h"
 
 namespace {
@@ -39,6 +40,7 @@ double MedianOf(int repetitions, const Measure& measure) {
 double FrameMilliseconds(desktop::Desktop& desk, const std::string& store, int repetitions) {
     desktop::Start start;
     start.clock = desktop::Clock::kInHand;
+    bench::SwitchWaitingOff(start);
     start.spoilt["database.bin"] = store;
     desktop::Program program(desk, start);
     program.Resize({0, 40, 300, 300});
@@ -71,7 +73,7 @@ void Measure(desktop::Desktop& desk, int count, int repetitions) {
 int main(int argc, char** argv) {
     return bench::RunComparison(argc, argv, 5, [](int repetitions) {
         desktop::Desktop desk;
-        setenv("DISPLAY", desk.Name().c_str(), 1);
+        bench::EnterDesktop(desk);
         std::puts("# events\tframe\tstart to the first frame\tload\tsave");
         for (const int count : kNumbersOfEvents) Measure(desk, count, repetitions);
         return true;

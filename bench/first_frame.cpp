@@ -13,6 +13,10 @@
 
 namespace bench {
 
+void EnterDesktop(const desktop::Desktop& desk) {
+    for (const auto& [name, value] : desk.ClientEnvironment()) setenv(name.c_str(), value.c_str(), 1);
+}
+
 double FirstFrameMilliseconds(const std::vector<std::string>& words) {
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);

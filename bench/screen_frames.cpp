@@ -74,7 +74,7 @@ std::map<std::string, std::uint64_t> RecordWalk(Desktop& desk, const std::string
     std::map<std::string, std::uint64_t> frames;
     bench::WalkScreens(desk, program, [&](const std::string& screen) {
         program.WaitForFrames(4);
-        frames[screen] = program.Frames() - 2;
+        frames[screen] = program.Swaps() - 2;
     });
     program.Close();
     if (!program.Child().WaitForEnd(20)) desktop::Fail("the program does not close");
@@ -142,9 +142,10 @@ class Replay {
     void StartProcess(const std::string& trace) {
         desktop::Command command;
         command.words = {"glretrace", "--benchmark", "--loop=-1", trace};
-        command.environment = {{"DISPLAY", desk_.Name()},
-                               {"LD_PRELOAD", ULMARO_COUNT_SWAPS},
+        command.environment = {{"LD_PRELOAD", ULMARO_COUNT_SWAPS},
+                               {"vblank_mode", "0"},
                                {desktop::kProbeVariable, output_.Path("frames")}};
+        command.environment.insert(desk_.ClientEnvironment().begin(), desk_.ClientEnvironment().end());
         command.error_file = output_.Path("said");
         process_.emplace(command);
     }

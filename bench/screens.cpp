@@ -8,6 +8,7 @@
 #include <numbers>
 #include <vector>
 
+#include "bench/waiting.h"
 #include "tests/desktop/calendar.h"
 #include "tests/desktop/scene.h"
 
@@ -87,6 +88,7 @@ void FallAsleep(Desktop& desk, Program& program) {
 desktop::Start StartOfWalk() {
     desktop::Start start;
     start.clock = desktop::Clock::kInHand;
+    SwitchWaitingOff(start);
     start.spoilt[desktop::kStoreFile] = desktop::StoreBytes(Events());
     return start;
 }

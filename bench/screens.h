@@ -19,7 +19,8 @@ namespace bench {
 /// The edge of the window on the walk, pixels: as large as the program opens it.
 constexpr int kWindowEdge = 300;
 
-/// Returns a start for the walk: the clock in hand, an appointment that is due and twelve that are not.
+/// Returns a start for the walk: the clock in hand, no waiting for refreshes, an appointment that is due and
+/// twelve that are not.
 desktop::Start StartOfWalk();
 
 /// Leads the program from screen to screen and calls `stop` on each with the screen's name. The program must

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -48,6 +49,25 @@ inline bool PrintRow(const std::string& what, double measured, double compared, 
 inline bool PrintCount(const std::string& what, double count, double limit) {
     const bool good = count <= limit;
     PrintColumns(what, Number(count, 2), "-", "-", Number(limit, 2), good ? "good" : "MISSED");
+    return good;
+}
+
+/// Prints a measurement that must be the same as what it is compared with, but for a part such as 0.02.
+/// Returns whether it is.
+inline bool PrintSame(const std::string& what, double measured, double compared, double part,
+                      const std::string& unit = "") {
+    const double ratio = measured / compared;
+    const bool good = std::fabs(ratio - 1) <= part;
+    PrintColumns(what, Number(measured, 2, unit), Number(compared, 2, unit), Number(ratio, 3),
+                 "1 +- " + Number(part, 2), good ? "good" : "MISSED");
+    return good;
+}
+
+/// Prints a number that must lie between two others or be one of them. Returns whether it does.
+inline bool PrintBetween(const std::string& what, double value, double least, double most) {
+    const bool good = value >= least && value <= most;
+    const std::string limit = least == most ? Number(most, 0) : Number(least, 0) + " to " + Number(most, 0);
+    PrintColumns(what, Number(value, 2), "-", "-", limit, good ? "good" : "MISSED");
     return good;
 }
 

@@ -18,9 +18,6 @@
 
 namespace bench {
 
-namespace {
-
-/// Returns the processor time of all threads, seconds to the nanosecond.
 double ProcessorSeconds(pid_t process) {
     clockid_t clock = 0;
     timespec time = {};
@@ -29,8 +26,6 @@ double ProcessorSeconds(pid_t process) {
     }
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
-
-}  // namespace
 
 void Runner::Stop() const {
     kill(process, SIGSTOP);

@@ -31,6 +31,9 @@ struct Runner {
     Cost FrameCost(double seconds) const;
 };
 
+/// Returns the processor time that all threads of a process have used so far, seconds to the nanosecond.
+double ProcessorSeconds(pid_t process);
+
 /// Returns the resident memory of a process, mebibytes.
 double ResidentMebibytes(pid_t process);
 
