@@ -466,6 +466,12 @@ void Program::Restore() {
     XMapRaised(desktop_.Connection(), window_);
     Activate();
     if (!WaitUntil([this] { return Shown(); }, 10)) Fail("the window cannot be shown again");
+    // Some window managers let it fly in from below the screen.
+    const auto landed = [this] {
+        const ScreenRect place = Place();
+        return place.y + place.height <= Desktop::kHeight;
+    };
+    WaitUntil(landed, 1);
 }
 
 void Program::Activate() {
