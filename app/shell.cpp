@@ -12,6 +12,7 @@
 #include "app/input.h"
 #include "app/owl.h"
 #include "app/particles.h"
+#include "app/sounds.h"
 #include "app/textures.h"
 #include "app/typing.h"
 #include "app/window.h"
@@ -128,6 +129,7 @@ void display() {
     PresentFrame();
     AdvanceClock();
     ResetFrameInput();
+    RestSoundWhenQuiet(window.last_frame);
     KeepSaving();
     glutPostRedisplay();
 }

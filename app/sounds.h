@@ -5,7 +5,11 @@
 //
 // All of them share one slot of the sound table, so there is one sound at a time, the latest. A sound file
 // that cannot be played ends the program (engine/wav_file.h).
+//
+// A device that is lost while a sound is played loses that sound; the next one opens it again.
 #pragma once
+
+#include <cstdint>
 
 /// Plays a sound file as an effect: not at all while sound is switched off.
 void PlayEffect(const char* file);
@@ -16,3 +20,7 @@ void PlayNotice(const char* file);
 
 /// Stops whatever is playing.
 void Silence();
+
+/// Puts the sound device to sleep when two seconds have passed since the last sound ended, or since the start
+/// where there was none; called once a frame. `now` is the monotonic clock, nanoseconds.
+void RestSoundWhenQuiet(std::uint64_t now);

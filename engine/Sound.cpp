@@ -63,6 +63,13 @@ void Sound::Pause() const {
     alSourcePause(source);
 }
 
+bool Sound::IsPlaying() const {
+    if (source == 0) return false;
+    ALint state = AL_STOPPED;
+    alGetSourcei(source, AL_SOURCE_STATE, &state);
+    return state == AL_PLAYING;
+}
+
 void Sound::Destroy() {
     alDeleteSources(1, &source);
     alDeleteBuffers(1, &buffer);
@@ -86,6 +93,10 @@ void AudioEngine::kill_static(int slot) {
     if (!IsSlot(slot)) return;
     statics[slot].Stop();
     statics[slot].Destroy();
+}
+
+void AudioEngine::ForgetNames() {
+    for (Sound& sound : statics) sound.source = sound.buffer = 0;
 }
 
 // ---- Listener and paths ----

@@ -31,6 +31,9 @@ struct Sound {
     /// Holds the sound where it is.
     void Pause() const;
 
+    /// Returns whether the source is playing. Asks OpenAL only where there is a source.
+    bool IsPlaying() const;
+
     /// Deletes source and buffer and forgets their names: OpenAL may give them to another sound.
     void Destroy();
 
@@ -55,6 +58,10 @@ struct AudioEngine {
 
     /// Stops a slot's sound, 0 .. 9. Other slots are ignored.
     void kill_static(int slot);
+
+    /// Empties all slots without a call of OpenAL: their sources and buffers have gone with their device, and
+    /// another device may give the names to others.
+    void ForgetNames();
 
     Sound statics[kSlots];
     std::vector<Sound> sounds;  ///< an engine leftover, never used

@@ -91,9 +91,14 @@ void Recorder::Record(Start& start) const {
 
 void Recorder::Wait(double seconds) const {
     constexpr double kFrameBytes = 4;
+    constexpr double kAsleep = 1;  // seconds without a new sample
     const auto length = [&] { return static_cast<double>(std::filesystem::file_size(folder_.Path(kFile))); };
     const double wanted = length() + seconds * kRate * kFrameBytes;
-    if (!WaitUntil([&] { return length() >= wanted; }, 20 + 4 * seconds)) Fail("OpenAL plays nothing");
+    const double end = Now() + 20 + 4 * seconds;
+    for (double before = -1; length() < wanted && length() > before && Now() < end;) {
+        before = length();
+        WaitUntil([&] { return length() >= wanted; }, kAsleep);
+    }
 }
 
 // ---- Finding ----

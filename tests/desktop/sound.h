@@ -30,7 +30,7 @@ class Recorder {
     /// Returns what has been played so far, silence included.
     Waveform Played() const { return ReadWaveform(folder_.Path(kFile)); }
 
-    /// Waits until so many more seconds are in the file; fails the test after a while.
+    /// Waits until so many more seconds are in the file, or the program's device sleeps.
     void Wait(double seconds) const;
 
   private:

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -163,6 +165,48 @@ TEST_F(TheSound, StopsWhenItIsSwitchedOff) {
     Heard();
 
     EXPECT_EQ(LoudestOfTheLastSecond(), 0);
+}
+
+// ---- Rest ----
+
+/// A program on OpenAL's null device, which wakes it as often as a sound card does.
+class TheSoundsRest : public OnDesktop {
+  protected:
+    /// Returns how often the threads beside the main one were woken in two seconds, a second.
+    static double Wakeups(Program& program) {
+        const long before = Switches(program);
+        const double start = Now();
+        SleepSeconds(2);
+        return static_cast<double>(Switches(program) - before) / (Now() - start);
+    }
+
+  private:
+    static long Switches(Program& program) {
+        const std::string process = std::to_string(program.Child().Id());
+        long sum = 0;
+        for (const auto& task : std::filesystem::directory_iterator("/proc/" + process + "/task")) {
+            if (task.path().filename() == process) continue;
+            std::ifstream status(task.path() / "status");
+            for (std::string word; status >> word;) {
+                long count = 0;
+                if (word == "voluntary_ctxt_switches:" && status >> count) sum += count;
+            }
+        }
+        return sum;
+    }
+};
+
+TEST_F(TheSoundsRest, WakesNobodyFromTwoSecondsAfterTheLastSoundOn) {
+    Start start;
+    start.environment["ALSOFT_DRIVERS"] = "null";
+    start.environment["LP_NUM_THREADS"] = "0";  // no threads of the software GL
+    start.clock = Clock::kInHand;
+    Program& program = Run(start);
+    EXPECT_GT(Wakeups(program), 20) << "awake: time stands still";
+
+    program.LetTimePass(2.5);
+
+    EXPECT_LT(Wakeups(program), 5);
 }
 
 // ---- The end ----

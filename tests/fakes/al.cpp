@@ -3,6 +3,9 @@
 
 #include "tests/fakes/al.h"
 
+#define AL_ALEXT_PROTOTYPES  // the functions of extensions, which the program asks for by name
+#include <AL/alext.h>
+
 #include <algorithm>
 #include <cstddef>
 
@@ -189,6 +192,7 @@ ALCdevice* alcOpenDevice(const ALCchar* devicename) {
     Record("alcOpenDevice", {devicename != nullptr ? 1 : 0}, devicename != nullptr ? devicename : "");
     if (!al().has_device) return nullptr;
     ++al().open_devices;
+    al().connected = true;
     return TheDevice();
 }
 
@@ -210,7 +214,11 @@ ALCboolean alcMakeContextCurrent(ALCcontext* context) {
 // The logged number says whether there was a context: 1, or 0 for null.
 void alcDestroyContext(ALCcontext* context) {
     Record("alcDestroyContext", {context != nullptr ? 1 : 0});
-    if (context != nullptr) --al().contexts;
+    if (context == nullptr) return;
+    --al().contexts;
+    al().sources.clear();
+    al().buffers.clear();
+    al().next_source = al().next_buffer = 1;
 }
 
 // The logged number says whether there was a device: 1, or 0 for null.
@@ -218,7 +226,40 @@ ALCboolean alcCloseDevice(ALCdevice* device) {
     Record("alcCloseDevice", {device != nullptr ? 1 : 0});
     if (device == nullptr) return ALC_FALSE;
     --al().open_devices;
+    al().paused = false;
     return ALC_TRUE;
+}
+
+ALCboolean alcIsExtensionPresent(ALCdevice* /*device*/, const ALCchar* extname) {
+    const std::string name = extname;
+    if (name == "ALC_SOFT_pause_device") return al().can_pause ? ALC_TRUE : ALC_FALSE;
+    if (name == "ALC_EXT_disconnect") return al().tells_loss ? ALC_TRUE : ALC_FALSE;
+    return ALC_FALSE;
+}
+
+// Gives the functions of the device's extensions, and nothing where the device lacks them.
+ALCvoid* alcGetProcAddress(ALCdevice* /*device*/, const ALCchar* funcname) {
+    const std::string name = funcname;
+    if (!al().can_pause) return nullptr;
+    if (name == "alcDevicePauseSOFT") return reinterpret_cast<void*>(&alcDevicePauseSOFT);
+    if (name == "alcDeviceResumeSOFT") return reinterpret_cast<void*>(&alcDeviceResumeSOFT);
+    return nullptr;
+}
+
+// The logged number says whether there was a device: 1, or 0 for null; so do the two after it.
+void alcGetIntegerv(ALCdevice* device, ALCenum param, ALCsizei size, ALCint* values) {
+    Record("alcGetIntegerv", {device != nullptr ? 1 : 0, param});
+    if (param == ALC_CONNECTED && size >= 1) *values = al().connected ? ALC_TRUE : ALC_FALSE;
+}
+
+void alcDevicePauseSOFT(ALCdevice* device) {
+    Record("alcDevicePauseSOFT", {device != nullptr ? 1 : 0});
+    al().paused = true;
+}
+
+void alcDeviceResumeSOFT(ALCdevice* device) {
+    Record("alcDeviceResumeSOFT", {device != nullptr ? 1 : 0});
+    al().paused = false;
 }
 
 ALenum alGetError() {

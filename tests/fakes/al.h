@@ -15,6 +15,9 @@
 //     EXPECT_EQ(fakes::al().Playing(), (std::vector<ALuint>{1}));
 //     fakes::al().sources.at(1).state = AL_STOPPED;        // the sound has come to its end
 //     fakes::al().has_device = false;                      // alcOpenDevice gives null
+//     fakes::al().connected = false;                       // the device has been pulled out
+//
+// With a context go its sources and buffers, and the next context counts its names from 1 again.
 //
 // Errors (a name that does not exist ...) set the flag that alGetError returns and add a sentence to
 // `errors`; the program may provoke some on purpose (it deletes the name 0), so no test fails by them.
@@ -60,16 +63,20 @@ struct Listener {
 
 struct Al {
     // What tests read.
-    std::map<ALuint, Source> sources;  ///< live names only; names are 1, 2, ... never used twice
+    std::map<ALuint, Source> sources;  ///< live names only; names are 1, 2, ... never used twice in a context
     std::map<ALuint, Buffer> buffers;
     Listener listener;
     int open_devices = 0;  ///< opened and not closed
     int contexts = 0;      ///< made by alcCreateContext and not destroyed
+    bool paused = false;   ///< the device sleeps
     std::vector<std::string> errors;
 
     // What tests set.
     bool has_device = true;
     bool has_context = true;      ///< alcCreateContext works
+    bool can_pause = true;        ///< there is ALC_SOFT_pause_device
+    bool tells_loss = true;       ///< there is ALC_EXT_disconnect
+    bool connected = true;        ///< false: the device is lost; true again when one is opened
     bool context_current = true;  ///< set by alcMakeContextCurrent; tests may preset it
     ALenum error = AL_NO_ERROR;   ///< what alGetError returns next
     ALuint next_source = 1;

@@ -598,4 +598,35 @@ TEST_F(GetAbsPathTest, AFolderOf511BytesLeavesNoPlaceForTheName) {
     EXPECT_EQ(GetAbsPath("laugh.wav"), std::string(kPathBytes - 1, 'f'));
 }
 
+// ---- What is asked and forgotten ----
+
+TEST_F(SoundTest, PlaysUntilItsEnd) {
+    Sound sound;
+    EXPECT_FALSE(sound.IsPlaying());
+    sound.Load("laugh.wav", false);
+    EXPECT_FALSE(sound.IsPlaying());
+
+    sound.Play();
+    EXPECT_TRUE(sound.IsPlaying());
+    fakes::al().sources.at(11).state = AL_STOPPED;
+
+    EXPECT_FALSE(sound.IsPlaying());
+    EXPECT_EQ(fakes::al().errors, Lines{}) << "an empty slot is not asked for";
+}
+
+TEST_F(SoundTest, ForgettingTheNamesCallsNothingAndDeletesNothingLater) {
+    AudioEngine.spawn_static(0, "laugh.wav", false);
+    AudioEngine.spawn_static(9, "laugh.wav", false);
+    fakes::ClearLog();
+
+    AudioEngine.ForgetNames();
+    EXPECT_EQ(fakes::Lines(), Lines{});
+
+    AudioEngine.spawn_static(0, "notify.wav", false);
+    AudioEngine.kill_static(9);
+    EXPECT_EQ(fakes::Lines({"alDeleteSources", "alDeleteBuffers"}),
+              (Lines{"alDeleteSources(1, 0)", "alDeleteBuffers(1, 0)", "alDeleteSources(1, 0)",
+                     "alDeleteBuffers(1, 0)"}));
+}
+
 }  // namespace

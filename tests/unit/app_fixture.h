@@ -28,6 +28,7 @@
 #include "app/owl.h"
 #include "app/particles.h"
 #include "app/shell.h"
+#include "app/sound_device.h"
 #include "app/state.h"
 #include "app/stroke_queue.h"
 #include "app/textures.h"
@@ -72,6 +73,7 @@ class AppTest : public fakes::Test {
         rand_intvf(0, 1, 1);
         fakes::world().now = 1;
         LocalTime();
+        CloseSoundDevice();  // with the fakes that it was opened with
         fakes::Test::SetUp();
         ResetProgram();
         SetLastClockReading(fakes::desktop().nanoseconds);

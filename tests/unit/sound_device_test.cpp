@@ -74,6 +74,88 @@ TEST_F(SoundDeviceTest, ClosesTheDeviceAlsoWithoutAContext) {
     EXPECT_EQ(fakes::Lines(), (Calls{"alcMakeContextCurrent(0)", "alcCloseDevice(1)"}));
 }
 
+// ---- Sleep ----
+
+TEST_F(SoundDeviceTest, SleepsAndWakes) {
+    OpenSoundDevice();
+    EXPECT_TRUE(IsSoundDeviceAwake());
+
+    RestSoundDevice();
+    EXPECT_TRUE(fakes::al().paused);
+    EXPECT_FALSE(IsSoundDeviceAwake());
+
+    EXPECT_FALSE(WakeSoundDevice()) << "the same device";
+    EXPECT_FALSE(fakes::al().paused);
+    EXPECT_TRUE(IsSoundDeviceAwake());
+}
+
+TEST_F(SoundDeviceTest, IsWokenOnlyFromSleep) {
+    OpenSoundDevice();
+
+    WakeSoundDevice();
+
+    EXPECT_EQ(fakes::Count("alcDeviceResumeSOFT"), 0U);
+}
+
+TEST_F(SoundDeviceTest, CannotSleepWithoutTheExtension) {
+    fakes::al().can_pause = false;
+    OpenSoundDevice();
+
+    EXPECT_FALSE(IsSoundDeviceAwake());
+    EXPECT_FALSE(WakeSoundDevice());
+}
+
+// ---- Loss ----
+
+TEST_F(SoundDeviceTest, IsOpenedAgainWhereItWasLostAlsoInItsSleep) {
+    OpenSoundDevice();
+    RestSoundDevice();
+    fakes::al().connected = false;
+    fakes::ClearLog();
+
+    EXPECT_TRUE(WakeSoundDevice());
+
+    EXPECT_EQ(fakes::Names({"alcDeviceResumeSOFT", "alcGetIntegerv", "alcMakeContextCurrent",
+                            "alcDestroyContext", "alcCloseDevice", "alcOpenDevice", "alcCreateContext"}),
+              (Calls{"alcDeviceResumeSOFT", "alcGetIntegerv", "alcMakeContextCurrent", "alcDestroyContext",
+                     "alcCloseDevice", "alcOpenDevice", "alcCreateContext", "alcMakeContextCurrent"}));
+    EXPECT_EQ(fakes::al().open_devices, 1);
+    EXPECT_EQ(fakes::al().contexts, 1);
+    EXPECT_TRUE(IsSoundDeviceAwake());
+    EXPECT_FALSE(WakeSoundDevice()) << "once";
+}
+
+TEST_F(SoundDeviceTest, IsOpenedAgainWhereThereWasNoneAtFirst) {
+    fakes::al().has_device = false;
+    OpenSoundDevice();
+    EXPECT_FALSE(IsSoundDeviceAwake());
+    fakes::al().has_device = true;
+
+    EXPECT_TRUE(WakeSoundDevice());
+
+    EXPECT_TRUE(IsSoundDeviceAwake());
+    EXPECT_EQ(fakes::al().open_devices, 1);
+}
+
+TEST_F(SoundDeviceTest, IsNotTakenForLostWhereItCannotTell) {
+    fakes::al().tells_loss = false;
+    OpenSoundDevice();
+    fakes::al().connected = false;
+
+    EXPECT_FALSE(WakeSoundDevice());
+}
+
+TEST_F(SoundDeviceTest, IsNotOpenedByWakingBeforeTheStartNorAfterTheEnd) {
+    WakeSoundDevice();
+    OpenSoundDevice();
+    CloseSoundDevice();
+    fakes::ClearLog();
+
+    WakeSoundDevice();
+
+    EXPECT_EQ(fakes::Count("alcOpenDevice"), 0U);
+}
+
 void SayWhatIsOpen() {
     std::fprintf(stderr, "open: %d, %d", fakes::al().open_devices, fakes::al().contexts);
 }

@@ -4,6 +4,7 @@
 // Effects, notices and silence. What is baked into the sound files is tested in tests/tools.
 #include "app/sounds.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,31 @@ namespace {
 
 using Sounds = std::vector<std::string>;
 using SoundsTest = AppTest;
+
+/// With the device open.
+class SoundsRestTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        OpenSoundDevice();
+        Pass(0);
+    }
+    void TearDown() override {
+        CloseSoundDevice();
+        AppTest::TearDown();
+    }
+
+    /// Lets some seconds pass and a frame end.
+    void Pass(double seconds) {
+        now_ += static_cast<std::uint64_t>(seconds * 1e9);
+        RestSoundWhenQuiet(now_);
+    }
+
+    static void EndSound() { fakes::al().sources.begin()->second.state = AL_STOPPED; }
+
+  private:
+    std::uint64_t now_ = 5'000'000'000;
+};
 
 TEST_F(SoundsTest, AnEffectSoundsOnceInTheFirstSlot) {
     PlayEffect("right.wav");
@@ -86,6 +112,101 @@ TEST_F(SoundsTest, SilenceWithNothingPlayingDoesNothing) {
     EXPECT_EQ(SoundsPlaying(), 0U);
     PlayEffect("right.wav");
     EXPECT_EQ(SoundsPlaying(), 1U);
+}
+
+// ---- Rest ----
+
+TEST_F(SoundsRestTest, TheDeviceSleepsTwoSecondsAfterTheStart) {
+    Pass(1.999);
+    EXPECT_FALSE(fakes::al().paused);
+
+    Pass(0.001);
+
+    EXPECT_TRUE(fakes::al().paused);
+}
+
+TEST_F(SoundsRestTest, TheDeviceSleepsTwoSecondsAfterTheLastSoundHasEnded) {
+    PlayEffect("laugh.wav");
+    for (int i = 0; i < 10; ++i) Pass(1);
+    EXPECT_FALSE(fakes::al().paused) << "it still plays";
+
+    EndSound();
+    Pass(0.1);
+    Pass(1.99);
+    EXPECT_FALSE(fakes::al().paused);
+    Pass(0.01);
+
+    EXPECT_TRUE(fakes::al().paused);
+}
+
+TEST_F(SoundsRestTest, TheDeviceSleepsTwoSecondsAfterASilencedSound) {
+    PlayEffect("laugh.wav");
+    Pass(1);
+    Silence();
+
+    Pass(0.1);
+    Pass(2);
+
+    EXPECT_TRUE(fakes::al().paused);
+}
+
+TEST_F(SoundsRestTest, ASoundWakesTheDeviceBeforeItsFirstCall) {
+    Pass(2);
+    ASSERT_TRUE(fakes::al().paused);
+    fakes::ClearLog();
+
+    PlayNotice("notify.wav");
+
+    EXPECT_FALSE(fakes::al().paused);
+    EXPECT_EQ(fakes::Names({"alcDeviceResumeSOFT", "alDeleteSources", "alSourcePlay"}),
+              (Sounds{"alcDeviceResumeSOFT", "alDeleteSources", "alSourcePlay"}));
+}
+
+TEST_F(SoundsRestTest, ASoundStartsTheTwoSecondsAnew) {
+    Pass(1.9);
+    PlayEffect("laugh.wav");
+    EndSound();
+
+    Pass(0.1);
+    Pass(1.9);
+
+    EXPECT_FALSE(fakes::al().paused);
+}
+
+TEST_F(SoundsRestTest, ASleepingDeviceIsAskedNothing) {
+    PlayEffect("laugh.wav");
+    EndSound();
+    Pass(0.1);
+    Pass(2);
+    fakes::ClearLog();
+
+    Pass(1);
+    Pass(10);
+
+    EXPECT_EQ(fakes::Lines(), Sounds());
+}
+
+TEST_F(SoundsRestTest, ALostDevicesNamesAreNotDeletedOnItsSuccessor) {
+    PlayEffect("laugh.wav");
+    fakes::al().connected = false;
+    fakes::ClearLog();
+
+    PlayNotice("notify.wav");
+
+    EXPECT_EQ(fakes::Lines({"alDeleteSources", "alDeleteBuffers"}),
+              (Sounds{"alDeleteSources(1, 0)", "alDeleteBuffers(1, 0)"}));
+    EXPECT_EQ(SoundsPlaying(), 1U);
+}
+
+TEST_F(SoundsRestTest, TheProgramsFramesLetTheDeviceSleep) {
+    PlayEffect("laugh.wav");
+    EndSound();
+    for (int frame = 0; frame < 25; ++frame) {
+        fakes::desktop().nanoseconds += 100'000'000;
+        display();
+    }
+
+    EXPECT_TRUE(fakes::al().paused);
 }
 
 }  // namespace
