@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "app/desktop.h"
 #include "app/stroke_queue.h"
 #include "app/window.h"
 #include "engine/window_metrics.h"
@@ -46,6 +47,20 @@ void mouse_event(int button, int state, int /*x*/, int /*y*/) {
     if (button != GLUT_LEFT_BUTTON) return;
     single_touch = touch_event = state == GLUT_DOWN;
     if (single_touch) MarkPress();
+}
+
+void ListenToLeaving() {
+    static bool listening = false;
+    if (listening) return;
+    listening = true;
+    glutEntryFunc(LeaveWindow);
+}
+
+void LeaveWindow(int state) {
+    if (state != GLUT_LEFT) return;
+    ForgetWindowPlace();
+    const ScreenPoint pointer = GlobalPointer();
+    mouse(pointer.x - WindowX(), pointer.y - WindowY());
 }
 
 void keyboard_down(int key, int /*x*/, int /*y*/) {

@@ -34,6 +34,14 @@ void mouse(int x, int y);
 /// last saw.
 void mouse_event(int button, int state, int x, int y);
 
+/// Starts listening to the pointer's leaving the window, unless it has been started; called by the first
+/// frame.
+void ListenToLeaving();
+
+/// Writes down where the pointer went when it left the window, as a last motion; nothing when it enters: the
+/// GLUT entry callback. While a window manager holds the pointer the place may lie inside the window.
+void LeaveWindow(int state);
+
 /// Marks a special key as pressed; codes outside the table are ignored.
 void keyboard_down(int key, int x, int y);
 

@@ -122,6 +122,7 @@ void init() {
 void display() {
     WatchFrames();
     ListenToTyping();
+    ListenToLeaving();
     BeginFrame();
     if (!IsFrameHidden()) ForgetWindowPlace();
     while (!DrawFrame()) {

@@ -228,6 +228,22 @@ TEST_F(TheMenu, TakesTheLabelAwayWhenThePointerLeaves) {
     EXPECT_LT(MeanDifference(before, after, {0, 40, 512, 512}), 0.01);
 }
 
+TEST_F(TheMenu, TakesLabelAndLightAwayWhenThePointerLeavesTheWindowToTheLeftInOneJump) {
+    Program& program = RunMenu();
+    const Image before = program.Look();
+    const ScreenRect place = program.Place();
+    program.MovePointer(Middle(kPlan));
+    ASSERT_GT(MeanDifference(before, program.Look(), LabelPlace(kPlan)), 10);
+
+    desk.MovePointer({place.x - 100, place.y + 100});
+    program.AwaitEvents();
+    program.WaitForFrames(3);
+    const Image after = program.Look();
+
+    EXPECT_LT(MeanDifference(before, after, LabelPlace(kPlan)), 0.01);
+    EXPECT_LT(MeanDifference(before, after, IconPlace(kPlan)), 0.01) << "yellow";
+}
+
 TEST_F(TheMenu, CountsTheSecondsInTheStatusLine) {
     Program& program = RunMenu();
     constexpr CanvasRect kStatusLine = {266, 8, 512, 32};
