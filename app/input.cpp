@@ -18,6 +18,7 @@ float touch_coord_x = 0;
 float touch_coord_y = 0;
 bool single_touch = false;
 bool touch_event = false;
+std::uint64_t press_time = 0;
 bool key_state[256] = {};
 
 namespace {
@@ -46,7 +47,9 @@ void mouse_event(int button, int state, int /*x*/, int /*y*/) {
     NoteActivity();
     if (button != GLUT_LEFT_BUTTON) return;
     single_touch = touch_event = state == GLUT_DOWN;
-    if (single_touch) MarkPress();
+    if (!single_touch) return;
+    press_time = MonotonicNanoseconds();
+    MarkPress();
 }
 
 void ListenToLeaving() {

@@ -17,11 +17,16 @@
 // The widgets' part of this state (touch_coord_x, touch_coord_y, single_touch) is declared in engine/host.h.
 #pragma once
 
+#include <cstdint>
+
 #include "engine/host.h"
 #include "engine/vector3f.h"
 
 /// The left button as mouse_event() last saw it. Nothing reads it.
 extern bool touch_event;
+
+/// When the press that single_touch tells of was made, by the monotonic clock, nanoseconds.
+extern std::uint64_t press_time;
 
 /// Keys pressed since the last frame, by their code: special keys by GLUT's, characters by their own. Cleared
 /// by the frame's end.

@@ -9,6 +9,7 @@
 
 #include "app/character.h"
 #include "app/desktop.h"
+#include "app/double_click.h"
 #include "app/input.h"
 #include "app/owl.h"
 #include "app/particles.h"
@@ -83,10 +84,13 @@ bool DrawScreen() {
 bool DrawFrame() {
     frame_time = LocalTime();
     DeliverTyping(EditorTakesText());
+    DropSecondPress();
+    const int screen = menu_case_id;
     ClearFrame();
     BeginCanvas();
     const bool finished = DrawScreen();
     LeaveCanvas();
+    if (menu_case_id != screen) NotePressChangedScreen(MonotonicNanoseconds());
     return finished;
 }
 

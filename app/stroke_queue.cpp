@@ -30,9 +30,9 @@ void MarkPress() {
     queue.place_of_press = queue.waiting.size();
 }
 
-void EnqueuePress(float x, float y) {
+void EnqueuePress(float x, float y, std::uint64_t time) {
     const std::size_t place = std::min(queue.place_of_press, queue.waiting.size());
-    queue.waiting.insert(queue.waiting.begin() + static_cast<std::ptrdiff_t>(place), {0, x, y});
+    queue.waiting.insert(queue.waiting.begin() + static_cast<std::ptrdiff_t>(place), {0, x, y, time});
 }
 
 bool DequeueStroke(Stroke& stroke) {

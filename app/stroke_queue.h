@@ -7,10 +7,13 @@
 // before a press goes to the field that had the focus then.
 #pragma once
 
+#include <cstdint>
+
 /// A typed character, or a press of the left button.
 struct Stroke {
     unsigned char character = 0;  ///< a code of key_state; 0: a press
     float x = 0, y = 0;           ///< where the press happened, window pixels, origin top left
+    std::uint64_t time = 0;       ///< when it happened, by the monotonic clock, nanoseconds
 
     bool IsPress() const { return character == 0; }
 };
@@ -21,8 +24,8 @@ void EnqueueCharacter(unsigned char character);
 /// Marks the present end of the queue as the place of a press that has just happened.
 void MarkPress();
 
-/// Puts the press into the marked place.
-void EnqueuePress(float x, float y);
+/// Puts the press, made at that time, into the marked place.
+void EnqueuePress(float x, float y, std::uint64_t time);
 
 /// Takes the oldest stroke. Returns false where there is none.
 bool DequeueStroke(Stroke& stroke);

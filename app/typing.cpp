@@ -33,7 +33,7 @@ constexpr Accented kAccented[] = {
 /// Lets this frame's press wait behind what was typed before it.
 void QueuePress() {
     if (!single_touch) return;
-    EnqueuePress(touch_coord_x, touch_coord_y);
+    EnqueuePress(touch_coord_x, touch_coord_y, press_time);
     single_touch = false;
 }
 
@@ -45,6 +45,7 @@ void Deliver(const Stroke& stroke) {
     }
     touch_coord_x = stroke.x;
     touch_coord_y = stroke.y;
+    press_time = stroke.time;
     single_touch = true;
 }
 

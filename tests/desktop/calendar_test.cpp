@@ -115,8 +115,20 @@ class TheCalendar : public OnDesktop {
 
     // ---- Hands ----
 
+    /// Clicks as slowly as one who waits for the screen.
     void Click(CanvasPoint point, int times = 1) {
-        for (int i = 0; i < times; ++i) program_->Click(point);
+        for (int i = 0; i < times; ++i) {
+            program_->Click(point);
+            program_->LetTimePass(0.4);
+        }
+    }
+
+    /// Clicks twice, the second time as soon as a frame has seen the first release.
+    void DoubleClick(CanvasPoint point) {
+        program_->Click(point);
+        program_->LetTimePass(0.15);
+        program_->Click(point);
+        program_->LetTimePass(0.4);
     }
 
     /// Gives a text field the focus and types into it.
@@ -674,6 +686,113 @@ TEST_F(TheCalendar, ShowsByItsTitleWhatIsUnsavedAndSavesItByItself) {
     EXPECT_EQ(program().Said(),
               "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": al suo posto c'e' una "
               "cartella.\n");
+}
+
+// ---- Double clicks ----
+
+TEST_F(TheCalendar, OpensTheEventOfARowByADoubleClickAndChangesNothingOfIt) {
+    std::vector<Record> records;
+    for (int i = 0; i < kRows; ++i) records.push_back(Appointment("Visita " + std::to_string(i), 20, 8, i));
+    Begin(records);
+    OpenList();
+    for (int row = 0; row < kRows; ++row) {
+        const std::string name = RowName(row);
+
+        DoubleClick(Row(row));
+
+        EXPECT_TRUE(ShowsEditor()) << row;
+        EXPECT_EQ(NameLine(), name) << row;
+        EXPECT_EQ(DateLine(), "Data:  20 / 3 / 2031") << row;
+        Click(kConfirm);
+        EXPECT_TRUE(ShowsList()) << row;
+        EXPECT_TRUE(Stores(records)) << row;
+    }
+}
+
+TEST_F(TheCalendar, OpensAReminderByADoubleClickOnTheBellAndConfirmsNothing) {
+    Record water = Reminder("Bere acqua", 0);
+    water.elapsed = 1234;
+    Begin({water});
+    program().LetTimePass(0.5);
+
+    DoubleClick(kBell);
+
+    EXPECT_TRUE(ShowsEditor());
+    EXPECT_EQ(NameLine(), "Bere acqua");
+    EXPECT_TRUE(Stores({water}));
+}
+
+TEST_F(TheCalendar, AddsAnEventByADoubleClickAndSavesNothingYet) {
+    Begin({});
+    OpenList();
+
+    DoubleClick({462, 436.5});  // where the editor has its confirm button
+
+    EXPECT_TRUE(ShowsEditor());
+    EXPECT_EQ(StoredBytes(), "");
+}
+
+TEST_F(TheCalendar, ConfirmsOnceByADoubleClick) {
+    Begin({});
+    OpenFresh();
+
+    DoubleClick({462, 436.5});  // where the list has its add button
+
+    EXPECT_TRUE(ShowsList());
+    EXPECT_TRUE(Stores({Fresh()}));
+}
+
+TEST_F(TheCalendar, DeletesOneEventByADoubleClickOnTheTrashAndStaysInTheList) {
+    const Record left = Appointment("Resta", 21, 9);
+    Begin({Appointment("Via", 20, 9), left});
+    OpenRow(0);
+
+    DoubleClick(kCorner);
+
+    EXPECT_TRUE(ShowsList()) << "the second press does not close it";
+    EXPECT_TRUE(Stores({left}));
+}
+
+TEST_F(TheCalendar, ClosesOneScreenByADoubleClickOnTheCorner) {
+    const Record late = Appointment("Tardi", 11, 9);
+    const Record later = Appointment("Domani", 13, 10);
+    Begin({late, later});
+    program().LetTimePass(0.5);
+    Click(kBell);
+
+    DoubleClick(kCorner);
+    EXPECT_TRUE(ShowsOwl());
+    EXPECT_TRUE(Stores({later}));
+
+    OpenList();
+    DoubleClick(kCorner);
+    EXPECT_TRUE(ShowsOwl());
+    EXPECT_TRUE(Stores({later}));
+}
+
+TEST_F(TheCalendar, ActsTwiceByTwoClicksHalfASecondApart) {
+    Begin({});
+    OpenList();
+
+    program().Click({462, 436.5});
+    program().LetTimePass(0.5);
+    program().Click({462, 436.5});
+
+    EXPECT_TRUE(ShowsList());
+    EXPECT_TRUE(Stores({Fresh()})) << "added and confirmed";
+}
+
+TEST_F(TheCalendar, TakesClicksOnArrowsAndTabsAsFastAsTheyCome) {
+    Begin({});
+    OpenFresh();
+
+    for (int i = 0; i < 4; ++i) program().Click(kDayUp);
+    EXPECT_EQ(DateLine(), "Data:  16 / 3 / 2031");
+    DoubleClick(kKindTabs[kWeekly]);
+    Click(kConfirm);
+
+    ASSERT_EQ(ReadStore(StoredBytes()).size(), 1U);
+    EXPECT_EQ(ReadStore(StoredBytes()).at(0).kind, kWeekly);
 }
 
 }  // namespace

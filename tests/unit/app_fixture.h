@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "app/character.h"
+#include "app/double_click.h"
 #include "app/input.h"
 #include "app/notifications.h"
 #include "app/owl.h"
@@ -108,6 +109,7 @@ class AppTest : public fakes::Test {
         std::fill(std::begin(AudioEngine.statics), std::end(AudioEngine.statics), Sound());
         mouse(0, 0);
         single_touch = touch_event = false;
+        double_click = DoubleClickState();
         ResetFrameInput();
         ResetWindow();
         ForgetWindowMetrics();

@@ -252,8 +252,9 @@ class CalendarTest : public AppTest {
                       [&](const fakes::Primitive& drawn) { return drawn.log_index < cleared; });
     }
 
-    /// Draws a frame with a click at a canvas point.
+    /// Draws a frame with a click at a canvas point, one that is no part of a double click.
     static void ClickAt(double x, double y) {
+        double_click = DoubleClickState();
         PointAt(x, y);
         mouse_event(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
         Frame();

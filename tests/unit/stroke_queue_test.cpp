@@ -23,7 +23,7 @@ class StrokeQueueTest : public testing::Test {
     /// Lets a press happen now and arrive at once.
     static void Press(float x, float y) {
         MarkPress();
-        EnqueuePress(x, y);
+        EnqueuePress(x, y, 0);
     }
 
     /// Takes so many strokes.
@@ -86,7 +86,7 @@ TEST_F(StrokeQueueTest, ACharacterIsNoPressAndKeepsItsCode) {
 }
 
 TEST_F(StrokeQueueTest, APressIsAPressAndKeepsItsPlace) {
-    EnqueuePress(12.5F, -7);
+    EnqueuePress(12.5F, -7, 0);
     Stroke stroke;
     ASSERT_TRUE(DequeueStroke(stroke));
 
@@ -102,7 +102,7 @@ TEST_F(StrokeQueueTest, APressWaitsBehindWhatWasTypedBeforeItAndBeforeWhatWasTyp
     MarkPress();
     Enqueue("cd");
 
-    EnqueuePress(1, 2);
+    EnqueuePress(1, 2, 0);
 
     EXPECT_EQ(Rest(), "ab(1,2)cd");
 }
@@ -125,7 +125,7 @@ TEST_F(StrokeQueueTest, APressThatWasMarkedTwiceGoesToTheLatestMark) {
     MarkPress();
     Enqueue("c");
 
-    EnqueuePress(1, 2);
+    EnqueuePress(1, 2, 0);
 
     EXPECT_EQ(Rest(), "ab(1,2)c");
 }
@@ -135,7 +135,7 @@ TEST_F(StrokeQueueTest, AMarkBeyondTheEndOfAQueueThatHasBecomeShorterIsItsEnd) {
     MarkPress();
     Dequeue(2);
 
-    EnqueuePress(1, 2);
+    EnqueuePress(1, 2, 0);
 
     EXPECT_EQ(Rest(), "c(1,2)");
 }
@@ -144,7 +144,7 @@ TEST_F(StrokeQueueTest, AMarkOfAnEmptyQueueIsItsBeginning) {
     MarkPress();
     Enqueue("ab");
 
-    EnqueuePress(1, 2);
+    EnqueuePress(1, 2, 0);
 
     EXPECT_EQ(Rest(), "(1,2)ab");
 }
@@ -190,7 +190,7 @@ TEST_F(StrokeQueueTest, ForgetsAllStrokesAndTheMark) {
     EXPECT_EQ(Rest(), "");
 
     Enqueue("xyz");
-    EnqueuePress(2, 2);
+    EnqueuePress(2, 2, 0);
     EXPECT_EQ(Rest(), "(2,2)xyz");
 }
 
