@@ -6,6 +6,7 @@
 #include <GL/freeglut.h>
 
 #include <cstdint>
+#include <string>
 
 #include "tests/unit/calendar_fixture.h"
 
@@ -144,8 +145,6 @@ TEST_F(DoubleClickTest, BothPressesMayWaitBehindTypedCharacters) {
     edit_event = &events.front();
     edit_tf = kDescriptionField;
     menu_case_id = kEditorScreen;
-    Type("");
-    edit_tf = kDescriptionField;
     for (const char c : std::string("abcdef")) TypeCharacter(static_cast<unsigned char>(c), 0, 0);
     PressAt(kAddX, kAddY);
     ASSERT_EQ(menu_case_id, kEditorScreen) << "the press waits";
@@ -159,6 +158,25 @@ TEST_F(DoubleClickTest, BothPressesMayWaitBehindTypedCharacters) {
 
     EXPECT_EQ(menu_case_id, kListScreen);
     EXPECT_EQ(events.size(), 1U);
+}
+
+TEST_F(DoubleClickTest, APressThatWaitsIsJudgedByTheTimeItWasMade) {
+    AddAppointment("dentista", 10, 5, 2012, 9, 0);
+    edit_event = &events.front();
+    edit_tf = kDescriptionField;
+    menu_case_id = kEditorScreen;
+    for (const char c : std::string("abc")) TypeCharacter(static_cast<unsigned char>(c), 0, 0);
+    PressAt(kAddX, kAddY);
+    PressAt(kAddX, kAddY);
+    Frame();
+    Frame();
+    ASSERT_EQ(menu_case_id, kListScreen) << "the first has acted, the second is next";
+
+    LetPass(1);
+    PressAt(200, 440);  // hits nothing
+    Frame();
+
+    EXPECT_EQ(menu_case_id, kListScreen);
 }
 
 TEST_F(DoubleClickTest, TheSecondPressIsNothingAlsoWhereTheFirstScreenIsDrawnAgainAtOnce) {
