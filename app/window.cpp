@@ -33,6 +33,10 @@ constexpr std::uint64_t kLongestWait = 100 * kMillisecond;
 constexpr std::uint64_t kSlowSwap = 100 * kMillisecond;
 constexpr std::uint64_t kSlowSwapPause = 128;
 
+/// But the pause is never longer than this, whatever held a swap up: a stopped process, a switch to a text
+/// console.
+constexpr std::uint64_t kLongestPause = 300'000 * kMillisecond;
+
 /// The owl is at rest this long after the user's last doing.
 constexpr std::uint64_t kRestAfter = 1000 * kMillisecond;
 
@@ -144,7 +148,7 @@ void Swap() {
     glutSwapBuffers();
     const std::uint64_t end = MonotonicNanoseconds();
     if (end - start <= kSlowSwap) return;
-    window.swap_again = end + kSlowSwapPause * (end - start);
+    window.swap_again = end + std::min(kSlowSwapPause * (end - start), kLongestPause);
     // What was noted while the frame was drawn is the pointer, which moves anywhere on the screen: no sign
     // that somebody sees the window.
     window.active = false;

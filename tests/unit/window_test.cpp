@@ -495,6 +495,15 @@ TEST_F(SlowSwapTest, TheTimeForWhichItIsNotMadeGoesByHowLongItTook) {
     EXPECT_EQ(SwapsWithin(100), 1);
 }
 
+TEST_F(SlowSwapTest, TheLongestPauseIsFiveMinutesHoweverLongASwapTook) {
+    fakes::glut().swap = [] { fakes::desktop().nanoseconds += 3'600'000 * kMillisecond; };
+    Round();
+    fakes::glut().swap = nullptr;
+
+    EXPECT_EQ(SwapsWithin(299'900), 0);
+    EXPECT_GT(SwapsWithin(400), 0);
+}
+
 TEST_F(SlowSwapTest, IsMadeAgainAtOnceWhenTheUserTouchesTheWindow) {
     Round();
     Round();
