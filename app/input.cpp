@@ -20,6 +20,7 @@ bool single_touch = false;
 bool touch_event = false;
 std::uint64_t press_time = 0;
 bool key_state[256] = {};
+bool listening_to_leaving = false;
 
 namespace {
 
@@ -53,9 +54,8 @@ void mouse_event(int button, int state, int /*x*/, int /*y*/) {
 }
 
 void ListenToLeaving() {
-    static bool listening = false;
-    if (listening) return;
-    listening = true;
+    if (listening_to_leaving) return;
+    listening_to_leaving = true;
     glutEntryFunc(LeaveWindow);
 }
 

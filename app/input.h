@@ -32,6 +32,9 @@ extern std::uint64_t press_time;
 /// by the frame's end.
 extern bool key_state[256];
 
+/// Whether GLUT reports that the pointer has left the window. Written by ListenToLeaving(); tests set it.
+extern bool listening_to_leaving;
+
 /// Writes down the pointer's place: the GLUT callback for motion with and without a button, in window pixels.
 void mouse(int x, int y);
 

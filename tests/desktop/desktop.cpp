@@ -327,6 +327,16 @@ bool Program::IsMinimised() const {
            std::find(states.begin(), states.end(), hidden) != states.end();
 }
 
+std::string Program::Said() const {
+    constexpr std::string_view kOfMesa =
+        "ATTENTION: default value of option vblank_mode overridden by environment.\n";
+    std::string said = output_.Read("said");
+    for (std::size_t at = said.find(kOfMesa); at != std::string::npos; at = said.find(kOfMesa)) {
+        said.erase(at, kOfMesa.size());
+    }
+    return said;
+}
+
 ScreenRect Program::Place() const {
     Display* connection = desktop_.Connection();
     XWindowAttributes attributes{};
@@ -422,6 +432,11 @@ void Program::MovePointer(CanvasPoint point) {
 }
 
 void Program::Click(CanvasPoint point, unsigned int button) {
+    // No double click with the last one. In hand, the clock jumps so far that the program takes it for a
+    // stall.
+    constexpr double kDeliberateSeconds = 0.35;
+    if (probe_->clock_in_hand) probe_->clock += static_cast<std::int64_t>(kDeliberateSeconds * 1e9);
+    SleepSeconds(std::max(0.0, last_click_ + kDeliberateSeconds - Now()));
     MovePointer(point);
     desktop_.Button(button, true);
     AwaitEvents();
@@ -429,6 +444,7 @@ void Program::Click(CanvasPoint point, unsigned int button) {
     desktop_.Button(button, false);
     AwaitEvents();
     WaitForFrames(kHeldFrames);
+    last_click_ = Now();
 }
 
 void Program::Type(KeySym key) {

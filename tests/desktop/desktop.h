@@ -153,8 +153,9 @@ class Program {
     Folder& Files() { return files_; }
     Window Handle() const { return window_; }
 
-    /// Returns what the program wrote on standard output and standard error so far.
-    std::string Said() const { return output_.Read("said"); }
+    /// Returns what the program wrote on standard output and standard error so far, without what Mesa says of
+    /// a clock in hand's environment.
+    std::string Said() const;
 
     // ---- Looking ----
 
@@ -263,7 +264,8 @@ class Program {
     Folder files_;   ///< the program's working folder: its data files and nothing else
     Folder output_;  ///< what it said, and the probe's file
     Probe* probe_ = nullptr;
-    long marks_ = 0;  ///< sent so far
+    long marks_ = 0;         ///< sent so far
+    double last_click_ = 0;  ///< when Click() ended last, by Now()
     std::optional<Process> process_;
     Window window_ = None;
 };

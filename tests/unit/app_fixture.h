@@ -101,6 +101,7 @@ class AppTest : public fakes::Test {
         quiz = QuizState();
         notifications = NotificationState();
         listening_to_typing = true;
+        listening_to_leaving = true;
         ForgetStrokes();
         FillBank();
         character = CharacterState();

@@ -68,6 +68,7 @@ class MainTest : public AppTest {
         AppTest::SetUp();
         window = WindowState();
         listening_to_typing = false;
+        listening_to_leaving = false;
     }
 
     static int RunMain() {
