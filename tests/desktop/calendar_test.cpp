@@ -756,7 +756,7 @@ TEST_F(TheCalendar, DeletesOneEventByADoubleClickOnTheTrashAndStaysInTheList) {
 }
 
 TEST_F(TheCalendar, ClosesOneScreenByADoubleClickOnTheCorner) {
-    constexpr CanvasPoint kOverTheBell = {470, 474};  // where the owl's screen has the bell
+    constexpr CanvasPoint kOverTheBell = {472, 475};  // where the owl's screen has the bell
     const Record second = Appointment("Secondo", 11, 10);
     Begin({Appointment("Primo", 11, 9), second});
     Click(kBell);
