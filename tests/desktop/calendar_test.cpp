@@ -129,7 +129,7 @@ class TheCalendar : public OnDesktop {
     void DoubleClick(CanvasPoint point) {
         Click(point);
         program_->LetTimePass(0.15);
-        program_->Click(point);
+        program_->ClickAtOnce(point);
     }
 
     /// Gives a text field the focus and types into it.

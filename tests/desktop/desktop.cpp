@@ -432,11 +432,15 @@ void Program::MovePointer(CanvasPoint point) {
 }
 
 void Program::Click(CanvasPoint point, unsigned int button) {
-    // No double click with the last one. In hand, the clock jumps so far that the program takes it for a
-    // stall.
+    // In hand, the clock jumps so far that the program takes it for a stall.
     constexpr double kDeliberateSeconds = 0.35;
     if (probe_->clock_in_hand) probe_->clock += static_cast<std::int64_t>(kDeliberateSeconds * 1e9);
     SleepSeconds(std::max(0.0, last_click_ + kDeliberateSeconds - Now()));
+    ClickAtOnce(point, button);
+    last_click_ = Now();
+}
+
+void Program::ClickAtOnce(CanvasPoint point, unsigned int button) {
     MovePointer(point);
     desktop_.Button(button, true);
     AwaitEvents();
@@ -444,7 +448,6 @@ void Program::Click(CanvasPoint point, unsigned int button) {
     desktop_.Button(button, false);
     AwaitEvents();
     WaitForFrames(kHeldFrames);
-    last_click_ = Now();
 }
 
 void Program::Type(KeySym key) {

@@ -218,6 +218,10 @@ class Program {
     /// Clicks a canvas point: pointer there, button held for some frames, released.
     void Click(CanvasPoint point, unsigned int button = 1);
 
+    /// Clicks as above without regard to the last click: Click() leaves so much time that both are no double
+    /// click.
+    void ClickAtOnce(CanvasPoint point, unsigned int button = 1);
+
     /// Types a key such as XK_Left: held for some frames, released.
     void Type(KeySym key);
 

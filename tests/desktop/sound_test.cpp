@@ -159,7 +159,7 @@ TEST_F(TheSound, StopsWhenItIsSwitchedOff) {
     Begin();
     program().Click(kMenuAsk);
     Answer((questions[0].right_answer + 1) % 4, 0);
-    EXPECT_EQ(Heard(), (Sounds{"laugh.wav"}));
+    EXPECT_EQ(Heard().back(), "laugh.wav");  // of the question as much as came before the quiz was opened
 
     program().Click(kMenuSound);
     Heard();
