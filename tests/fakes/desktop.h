@@ -30,7 +30,8 @@ struct Desktop {
     ScreenPoint pointer{250, 250};              ///< screen pixels; the middle of the fake GLUT's window
     std::uint64_t nanoseconds = 1'000'000'000;  ///< what the clock shows; it stands still by itself
 
-    std::optional<std::uint64_t> event_after;   ///< after so long an event ends a wait, ns; nothing: none comes
+    std::optional<std::uint64_t>
+        event_after;  ///< after so long an event ends a wait, ns; nothing: none comes
 
     // What tests read.
     int pointer_calls = 0;
