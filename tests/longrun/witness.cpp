@@ -89,6 +89,13 @@ __attribute__((constructor)) void OpenFiles() {
     if (number != MAP_FAILED) state.wall = static_cast<const std::atomic<std::int64_t>*>(number);
 }
 
+/// Notes which picture, effect or sound the program reads, by streams or by plain calls.
+void NoteOpened(const char* path) {
+    if (gettid() != getpid()) return;
+    state.opened = Find(kPictures, path);
+    state.frame.marks |= Find(kSounds, path);
+}
+
 }  // namespace
 
 extern "C" {
@@ -101,17 +108,17 @@ void glTexImage2D(unsigned int target, int level, int internal_format, int width
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 std::FILE* fopen(const char* path, const char* mode) {
     static const auto next = Next<std::FILE* (*)(const char*, const char*)>("fopen");
-    if (gettid() == getpid()) state.opened = Find(kPictures, path);
+    NoteOpened(path);
     return next(path, mode);
 }
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int open(const char* path, int flags, ...) {
     static const auto next = Next<int (*)(const char*, int, ...)>("open");
-    if (gettid() == getpid()) state.frame.marks |= Find(kSounds, path);
+    NoteOpened(path);
     std::va_list more;
     va_start(more, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
     va_end(more);
     return next(path, flags, mode);
 }
