@@ -71,6 +71,12 @@ bool IsWindowSeen();
 /// one is awaited that was asked for less than ten seconds ago, nothing new is asked.
 bool RequestRefresh();
 
+/// Waits until it is time to begin drawing the frame for the refresh that was asked for: so late that it is
+/// drawn just before the refresh, going by how long the last frames took, because what is drawn later knows
+/// better where the pointer is. Does not wait where that is unknown, or after a frame that missed its
+/// refresh.
+void AwaitDrawing();
+
 /// Waits until the refresh that was asked for has come, at most so many nanoseconds. Returns whether it has.
 /// With `until_event`, an event of GLUT's also ends the wait; then the refresh counts as come.
 bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event);

@@ -174,6 +174,9 @@ constexpr std::uint64_t kBetweenLooksNanoseconds = 100'000'000;
 /// A refresh that has not come for so long is asked for again: a server may lose the request when the screen
 /// is turned off. Longer than screens take to come back, so that few requests pile up in the server.
 constexpr std::uint64_t kAskAgainNanoseconds = 10'000'000'000;
+
+/// A frame is to be drawn this share of a refresh's period before the refresh.
+constexpr std::uint64_t kDrawingMarginShare = 8;
 constexpr std::size_t kMostHigherWindows = 64;  ///< so many windows above ours are looked at
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t kIconic = 3;  ///< the value of WM_STATE for a minimised window
@@ -247,6 +250,11 @@ struct Watch {
     std::uint64_t refreshes = 0;   ///< the number of the last refresh (MSC)
     std::uint64_t refresh_at = 0;  ///< its time (UST), microseconds
     std::uint64_t period = 0;      ///< nanoseconds
+
+    std::uint64_t refresh_taken = 0;  ///< when the last refresh was taken in; RealNanoseconds
+    std::uint64_t drawing_since = 0;  ///< when drawing was begun; 0: drawn, or not noted
+    std::uint64_t drawing = 0;        ///< how long a frame takes to draw, by the last ones, nanoseconds
+    bool drawn_late = true;           ///< the last frame was drawn only after its refresh
 };
 
 Watch watch;
@@ -332,6 +340,7 @@ void NoteRefresh(const xcb_present_complete_notify_event_t& event) {
     }
     watch.refreshes = event.msc;
     watch.refresh_at = event.ust;
+    watch.refresh_taken = RealNanoseconds();
 }
 
 void TakeEvent(const xcb_generic_event_t& event) {
@@ -532,6 +541,17 @@ bool AwaitConnections(std::uint64_t nanoseconds, bool glut_too) {
     return connections[1].revents != 0;
 }
 
+/// Notes how long the frame took that was begun at the end of AwaitDrawing(), and whether its refresh has
+/// come already. A longer time counts at once, a shorter one little by little.
+void NoteDrawn() {
+    if (watch.drawing_since == 0) return;
+    TakeEvents();
+    watch.drawn_late = !watch.awaiting;
+    const std::uint64_t took = RealNanoseconds() - watch.drawing_since;
+    watch.drawing = std::max(took, watch.drawing - watch.drawing / 16 + took / 16);
+    watch.drawing_since = 0;
+}
+
 }  // namespace
 
 bool IsWindowSeen() {
@@ -557,8 +577,22 @@ bool RequestRefresh() {
     return true;
 }
 
+void AwaitDrawing() {
+    if (watch.connection == nullptr) return;
+    const std::uint64_t begin = watch.refresh_taken + watch.period - watch.period / kDrawingMarginShare;
+    const bool known = watch.period != 0 && watch.drawing != 0 && !watch.drawn_late;
+    for (std::uint64_t now = RealNanoseconds(); known && watch.awaiting && now + watch.drawing < begin;
+         now = RealNanoseconds()) {
+        AwaitConnections(begin - watch.drawing - now, false);
+        TakeEvents();
+        if (watch.connection == nullptr) return;
+    }
+    watch.drawing_since = RealNanoseconds();
+}
+
 bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event) {
     if (watch.connection == nullptr) return true;
+    NoteDrawn();
     const std::uint64_t start = RealNanoseconds();
     for (;;) {
         TakeEvents();

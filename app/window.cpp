@@ -232,6 +232,7 @@ void BeginFrame() {
     if (window.hidden) TouchNoPixels();
     window.told = !window.hidden && window.waits && RequestRefresh();
     window.paced = window.told && !came_late;  // a frame that was waited for so long is shown at once
+    if (window.paced) AwaitDrawing();
 }
 
 bool IsFrameHidden() {

@@ -5,30 +5,30 @@
 //
 // A shown frame waits for the screen's refresh and is swapped then, so that the owl runs at the refresh rate
 // everywhere, also where GL does not wait by itself. The refresh is asked for before the frame is drawn:
-// asked for after it, drawing and waiting would add up. A frame is never held longer than a tenth of a
-// second.
+// asked for after it, drawing and waiting would add up. It is drawn as late as it can be, so that the eyes
+// look where the pointer is. A frame is never held longer than a tenth of a second.
 //
 // A frame that nobody sees does all its steps, so that reminders count and notices sound, but it touches no
 // pixel, asks the window system nothing and is not swapped. Ten of them a second are drawn
 //
 //   - while nobody sees the window (IsWindowSeen),
-//   - while the refresh that was asked for does not come, as with hidden windows of some desktops and screens
-//   that are
-//     off, until it comes,
+//   - while the refresh that was asked for does not come, as with hidden windows of some desktops and with
+//     screens that are off, until it comes,
 //   - for a while after a swap that took longer than a tenth of a second, because frames that long advance no
-//   timer:
-//     128 times as long as the swap took, or until somebody may see the window again or touches it,
+//     timer: 128 times as long as the swap took, or until somebody may see the window again or touches it,
 //   - while GLUT draws no frame itself; then GLUT's idle callback does.
 //
 // An owl at rest, with a pointer that has not moved and no key or button for a second, waits for every second
 // refresh where a frame costs more processor time than a third of a refresh, as it does without a graphics
 // card.
 //
-//                    BeginFrame             drawing        PresentFrame
-//   shown            asks for a refresh     all            flush, finish, wait for the refresh, swap
-//   shown, at rest   asks for a refresh     all            flush, finish, wait for it and one more, swap
-//   hidden           -                      no pixel       flush, finish, wait until a tenth of a second has
-//   passed
+//                    BeginFrame                     drawing      PresentFrame
+//   shown            asks for a refresh, waits      all          flush, finish, wait for the refresh, swap
+//                    until it is time to draw
+//   shown, at rest   the same                       all          flush, finish, wait for it and one more,
+//   swap hidden           -                              no pixel     flush, finish, wait until a tenth of a
+//   second
+//                                                                has passed
 //
 // Where the desktop tells of no refreshes, a swap waits for one if the driver can. With vblank_mode=0 in the
 // environment, the switch that Mesa has too, nothing waits: that is for measuring.

@@ -187,6 +187,7 @@ bool ComparePointer() {
     for (int i = 0; i < kOwls; ++i) {
         Start start;
         start.clock = desktop::Clock::kInHand;
+        start.environment["vblank_mode"] = "1";  // paced all the same
         Program owl(desk, start);
         owl.Resize({150, 300, 300, 300});
         if (i == 0) {

@@ -112,6 +112,10 @@ bool RequestRefresh() {
     return true;
 }
 
+void AwaitDrawing() {
+    fakes::Record("AwaitDrawing");
+}
+
 bool AwaitRefresh(std::uint64_t nanoseconds, bool until_event) {
     fakes::Record("AwaitRefresh", {nanoseconds, until_event});
     const fakes::Desktop& desktop = fakes::desktop();

@@ -204,13 +204,13 @@ TEST(WindowStartTest, TheFirstFrameOfAllSetsTheIntervalOfAShownWindowBeforeItSwa
 
 using ShownFrameTest = PacedTest;
 
-TEST_F(ShownFrameTest, TheRefreshIsAskedForFirstAndTheSwapComesLast) {
+TEST_F(ShownFrameTest, TheRefreshIsAskedForFirstThenDrawingIsAwaitedAndTheSwapComesLast) {
     Round();
 
-    EXPECT_EQ(fakes::Lines({"RequestRefresh", "draw", "glFlush", "glFinish", "AwaitRefresh", "AwaitSight",
-                            "glSelectBuffer", "glRenderMode", "glutSwapBuffers"}),
-              (Calls{"RequestRefresh()", "draw(0)", "glFlush()", "glFinish()", "AwaitRefresh(100000000, 0)",
-                     "glutSwapBuffers()"}));
+    EXPECT_EQ(fakes::Lines({"RequestRefresh", "AwaitDrawing", "draw", "glFlush", "glFinish", "AwaitRefresh",
+                            "AwaitSight", "glSelectBuffer", "glRenderMode", "glutSwapBuffers"}),
+              (Calls{"RequestRefresh()", "AwaitDrawing()", "draw(0)", "glFlush()", "glFinish()",
+                     "AwaitRefresh(100000000, 0)", "glutSwapBuffers()"}));
 }
 
 TEST_F(ShownFrameTest, WhatTheUserDidIsForgottenByTheTimeTheFrameEnds) {
@@ -754,8 +754,8 @@ Calls WaitingCallsWith(const char* vblank_mode) {
         fakes::desktop().seen = seen;
         DrawFrame();
     }
-    return fakes::Lines(
-        {"RequestRefresh", "AwaitRefresh", "AwaitSight", "SetSwapInterval", "glutSwapBuffers"});
+    return fakes::Lines({"RequestRefresh", "AwaitDrawing", "AwaitRefresh", "AwaitSight", "SetSwapInterval",
+                         "glutSwapBuffers"});
 }
 
 TEST(VblankModeTest, NothingWaitsInMode0) {
@@ -767,9 +767,10 @@ TEST(VblankModeTest, NothingWaitsInMode0) {
 TEST(VblankModeTest, OtherModesChangeNothing) {
     for (const char* mode : {"1", "2", "3", "", "00"}) {
         ExpectInFreshProcess([mode] {
-            return WaitingCallsWith(mode) == Calls{"RequestRefresh()",           "AwaitRefresh(100000000, 0)",
-                                                   "SetSwapInterval(0)",         "glutSwapBuffers()",
-                                                   "AwaitSight(100000000)",      "RequestRefresh()",
+            return WaitingCallsWith(mode) == Calls{"RequestRefresh()",           "AwaitDrawing()",
+                                                   "AwaitRefresh(100000000, 0)", "SetSwapInterval(0)",
+                                                   "glutSwapBuffers()",          "AwaitSight(100000000)",
+                                                   "RequestRefresh()",           "AwaitDrawing()",
                                                    "AwaitRefresh(100000000, 0)", "glutSwapBuffers()"};
         });
     }
