@@ -154,9 +154,9 @@ INSTANTIATE_TEST_SUITE_P(Everywhere, TheWindowsAttention,
                                          WindowManager::kMutter, WindowManager::kKwin),
                          [](const auto& test) { return NameOf(test.param); });
 
-class TheFrame : public WithAClock {};
+class TheFrameWithANotice : public WithAClock {};
 
-TEST_F(TheFrame, AsksTheServerNothingForTheAttention) {
+TEST_F(TheFrameWithANotice, AsksTheServerNothingForTheAttention) {
     Program& program = Begin({AtNine("Dentista")});
     OtherWindow other(desk, program);
     program.WaitForFrames(5);
@@ -508,12 +508,14 @@ TEST_P(TheMissingBus, CostsNothing) {
     program.WaitForFrames(20);
 
     ExpectNoLongFrame(program);
+    EXPECT_FALSE(std::filesystem::exists(program.Files().Path("started"))) << "no address starts a program";
 }
 
 INSTANTIATE_TEST_SUITE_P(Addresses, TheMissingBus,
                          testing::Values("unix:path=/nonexistent/bus", "", "nonsense",
-                                         "unix:", "unixexec:path=sleep,argv1=2", "tcp:host=192.0.2.1,port=9",
-                                         "unix:path=/nonexistent;unixexec:path=sleep,argv1=2"),
+                                         "unix:", "unixexec:path=/usr/bin/touch,argv1=started",
+                                         "tcp:host=192.0.2.1,port=9",
+                                         "unix:path=/nonexistent;unixexec:path=/usr/bin/touch,argv1=started"),
                          [](const auto& test) { return std::to_string(test.index); });
 
 /// Returns whether a library is loaded into the program.
