@@ -20,6 +20,7 @@
 #include <sys/stat.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -180,10 +181,8 @@ void RaisePlainly(const Screen& screen, xcb_window_t window) {
 /// Returns whether a window manager says that it knows how to activate a window.
 bool ManagerActivates(const Screen& screen) {
     const xcb_atom_t wanted = Atom(screen, "_NET_ACTIVE_WINDOW");
-    for (const std::uint32_t atom : Numbers(screen, screen.root, "_NET_SUPPORTED")) {
-        if (atom == wanted) return true;
-    }
-    return false;
+    const auto supported = Numbers(screen, screen.root, "_NET_SUPPORTED");
+    return std::find(supported.begin(), supported.end(), wanted) != supported.end();
 }
 
 /// Asks again for what a first request did not bring. It may have come too early, while the window manager
