@@ -41,7 +41,7 @@ endop
 opcode Vary, i, i
   iAmount xin
   iSeed NextSeed
-  xout iAmount * (2 * frac(7.3890560989 * iSeed) - 1)  ; the factor hides the regular steps of the seeds
+  xout iAmount * (2 * frac(1000 * (1 + sin(100 * iSeed))) - 1)  ; the sine scatters the seeds' regular steps
 endop
 
 ; Returns the second in which the laughing owl begins its n-th shake (n from 0, and not only whole ones). On the
@@ -114,8 +114,8 @@ instr Hoot
   aPulse = pow(0.5 + 0.5 * aRound, kSharp)
   aTone  dcblock aPulse
 
-  ; The throat is tuned to the octave above the note, as birds do it, and wider for low notes. The mouth (750 Hz to
-  ; 1.6 kHz) and the beak (1.6 to 2.6 kHz) move as they open. They make "hoo" of a hum, and "hah" of "hoo".
+  ; The throat is tuned to the octave above the note, as birds do it, and is strongest in low notes. The mouth (750 Hz
+  ; to 1.6 kHz) and the beak (1.6 to 2.6 kHz) move as they open. They make "hoo" of a hum, and "hah" of "hoo".
   iVary     Vary 0.05
   kThroatHz = 2 * kHz * (1 + iVary)
   iVary     Vary 0.07
@@ -124,7 +124,8 @@ instr Hoot
   aThroat   reson aTone, kThroatHz, 0.35 * kHz, 1
   aMouth    reson aTone, kMouthHz, 350, 1
   aBeak     reson aTone, kBeakHz, 600, 1
-  aShaped   = aTone + 0.8 * (400 / kHz) * aThroat + (0.3 + 1.2 * kMouth) * aMouth + (0.5 + 8 * kMouth) * aBeak
+  kThroat   = (1.5 - 0.6 * kMouth) * 400 / kHz
+  aShaped   = aTone + kThroat * aThroat + (0.3 + 1.2 * kMouth) * aMouth + (0.5 + 8 * kMouth) * aBeak
 
   ; Resonances must not decide how loud a note is, so its power is made that of a plain tone; an open mouth lets out
   ; a little more.

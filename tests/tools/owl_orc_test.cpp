@@ -102,8 +102,8 @@ TEST(TheVoice, HasAThroatThatIsTunedToTheOctaveAboveTheNote) {
         const Samples hoot = Held(BakedHoot({.hertz = hertz}));
         const double octave = HarmonicLevel(hoot, hertz, 2) - HarmonicLevel(hoot, hertz, 1);
 
-        // Pulses alone would have it 11 dB below the note.
-        EXPECT_GT(octave, -10) << hertz << " Hz";
+        // Pulses alone would have it 10 to 12 dB below the note.
+        EXPECT_GT(octave, -9.5) << hertz << " Hz";
         EXPECT_LT(octave, -4) << hertz << " Hz";
     }
 }
@@ -128,28 +128,29 @@ TEST(TheVoice, LetsTheBreathPulse) {
 }
 
 TEST(TheVoice, VariesFromHootToHoot) {
-    constexpr int kHoots = 6;
+    constexpr int kHoots = 8;
     std::string score;
     for (int i = 0; i < kHoots; ++i) score += Line({.length = 0.4, .mouth = 0.3, .start = kStart + i});
     const Samples hoots = Middle(Baked(score, kHoots));
 
-    std::vector<double> levels, colors, attacks;
+    std::vector<double> levels, lengths, colors;
     for (int i = 0; i < kHoots; ++i) {
         const Samples one = Part(hoots, i, i + 0.9);
         const std::vector<Hoot> found = Hoots(one, 0.5);
         ASSERT_EQ(found.size(), 1U);
-        levels.push_back(20 * std::log10(found[0].level));
-        attacks.push_back(found[0].loudest);
+        levels.push_back(Level(Part(one, 0.1, 0.3)));
+        lengths.push_back(found[0].to - found[0].from);
         colors.push_back(Centroid(Part(one, 0.1, 0.3)));
     }
     const auto spread = [](const std::vector<double>& values) {
         const auto [low, high] = std::minmax_element(values.begin(), values.end());
         return *high - *low;
     };
-    EXPECT_GT(spread(levels), 0.3) << "dB";
+    // Noise alone spreads them by 0.4 dB, 14 ms and 17 Hz.
+    EXPECT_GT(spread(levels), 0.8) << "dB";
     EXPECT_LT(spread(levels), 3) << "dB";
-    EXPECT_GT(spread(attacks), 0.015) << "s";
-    EXPECT_GT(spread(colors), 10) << "Hz";
+    EXPECT_GT(spread(lengths), 0.03) << "s";
+    EXPECT_GT(spread(colors), 25) << "Hz";
 }
 
 TEST(TheVoice, SoundsWholeHoweverShortTheHoot) {
