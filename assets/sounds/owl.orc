@@ -121,10 +121,10 @@ instr Hoot
   iVary     Vary 0.07
   kMouthHz  = (750 + 850 * kMouth) * (1 + iVary)
   kBeakHz   = (1600 + 1000 * kMouth) * (1 + iVary)
-  aThroat   reson aTone, kThroatHz, 0.35 * kHz, 1
+  aThroat   butterbp aTone, kThroatHz, 0.35 * kHz
   aMouth    reson aTone, kMouthHz, 350, 1
   aBeak     reson aTone, kBeakHz, 600, 1
-  kThroat   = (1.5 - 0.6 * kMouth) * 400 / kHz
+  kThroat   = (0.7 - 0.3 * kMouth) * 400 / kHz
   aShaped   = aTone + kThroat * aThroat + (0.3 + 1.2 * kMouth) * aMouth + (0.5 + 8 * kMouth) * aBeak
 
   ; Resonances must not decide how loud a note is, so its power is made that of a plain tone; an open mouth lets out
