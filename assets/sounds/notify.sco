@@ -1,11 +1,10 @@
-; An appointment is due: a gentle call of three notes, E4, G4 and home to E4 and sinking. It returns every 35 seconds for
-; as long as nobody looks, so nothing in it insists: soft starts, round mouth, the last note sinks and lets go.
+; An appointment is due: a gentle call of two notes, a fourth up, E4 and A4. It returns every 35 seconds for as long as
+; nobody looks, so nothing in it insists: soft starts, a round mouth. The last note stays where it is, as a call does;
+; one that sinks is sorry.
 
 ;          start length  from top  to   loud mouth wobble
-i "Hoot"   0.02  0.42    310  330  322  -3   0.10  0
-i "Hoot"   0.50  0.42    368  392  384  -2   0.15  0
-i "Hoot"   1.02  0.95    350  330  300  -2   0.05  0
-i "Breath" 1.75  0.60    900  500       -30
+i "Hoot"   0.02  0.38    326  330  329  -3   0.20  0
+i "Hoot"   0.48  0.98    438  440  440  -2   0.15  0
 
-i "Wood"   0     2.70    -7.5 0.50
+i "Wood"   0     1.95    -7.1 0.45
 e
