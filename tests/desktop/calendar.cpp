@@ -3,10 +3,16 @@
 
 #include "tests/desktop/calendar.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
-#include <filesystem>
+#include <ctime>
+#include <optional>
 
 namespace desktop {
 
@@ -112,18 +118,58 @@ std::vector<Record> ReadStore(const std::string& bytes) {
     return records;
 }
 
+// ---- The clock on the wall ----
+
+namespace {
+
+constexpr char kItalianTime[] = "CET-1CEST,M3.5.0,M10.5.0/3";
+
+/// Returns the seconds since 1970 at an Italian local time; stops the test where the text is none.
+std::int64_t ItalianSeconds(const std::string& time) {
+    std::tm local = {};
+    if (strptime(time.c_str(), "%Y-%m-%d %H:%M:%S", &local) == nullptr) Fail("this is no time: " + time);
+    local.tm_isdst = -1;
+    const char* zone = std::getenv("TZ");
+    const std::optional<std::string> before =
+        zone != nullptr ? std::optional<std::string>(zone) : std::nullopt;
+    setenv("TZ", kItalianTime, 1);
+    tzset();
+    const std::time_t seconds = std::mktime(&local);
+    if (before) {
+        setenv("TZ", before->c_str(), 1);
+    } else {
+        unsetenv("TZ");
+    }
+    tzset();
+    return seconds;
+}
+
+}  // namespace
+
+WallClock::WallClock(const std::string& time) {
+    folder_.Write("wall", std::string(sizeof(Wall), '\0'));
+    const int file = open(folder_.Path("wall").c_str(), O_RDWR | O_CLOEXEC);
+    void* wall = mmap(nullptr, sizeof(Wall), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    if (file >= 0) close(file);
+    if (wall == MAP_FAILED) Fail("no clock for the wall");
+    wall_ = static_cast<Wall*>(wall);
+    Set(time);
+}
+
+WallClock::~WallClock() {
+    munmap(wall_, sizeof(Wall));
+}
+
 void WallClock::Set(const std::string& time) const {
-    folder_.Write("next", time + "\n");
-    std::filesystem::rename(folder_.Path("next"), folder_.Path("now"));  // never read half written
+    constexpr int kHour = 3600;
+    const bool stands = time.find('h') == std::string::npos;
+    wall_->seconds = stands ? ItalianSeconds(time) : kHour * std::strtol(time.c_str(), nullptr, 10);
+    wall_->stands = stands;
 }
 
 void WallClock::Rule(Start& start) const {
-    start.preload.emplace_back(ULMARO_FAKETIME_LIBRARY);
-    start.environment["FAKETIME_TIMESTAMP_FILE"] = folder_.Path("now");
-    start.environment["FAKETIME_NO_CACHE"] = "1";
-    start.environment["FAKETIME_DONT_FAKE_MONOTONIC"] = "1";
-    start.environment["NO_FAKE_STAT"] = "1";
-    start.environment["TZ"] = "CET-1CEST,M3.5.0,M10.5.0/3";
+    start.environment[kWallVariable] = folder_.Path("wall");
+    start.environment["TZ"] = kItalianTime;
 }
 
 }  // namespace desktop

@@ -49,7 +49,10 @@ class WallClock {
   public:
     /// Takes a local time such as "2031-03-12 08:17:00", where it stands still until it is set, or how far it
     /// is from the real one, such as "-2h".
-    explicit WallClock(const std::string& time) { Set(time); }
+    explicit WallClock(const std::string& time);
+    ~WallClock();
+    WallClock(const WallClock&) = delete;
+    WallClock& operator=(const WallClock&) = delete;
 
     /// Puts the clock on another time; the program's next frame sees it.
     void Set(const std::string& time) const;
@@ -59,6 +62,7 @@ class WallClock {
 
   private:
     Folder folder_;
+    Wall* wall_ = nullptr;
 };
 
 // ---- The screens, canvas units ----

@@ -22,6 +22,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/desktop/sanitized.h"
+
 namespace desktop {
 
 // ---- Desktop ----
@@ -248,15 +250,23 @@ std::string Joined(const std::vector<std::string>& words, char separator) {
     return joined;
 }
 
-/// Returns the libraries loaded ahead of the program's own: ours, so that the clock is in its hand whatever
-/// the others do, then those of the start.
+/// Returns the libraries loaded ahead of the program's own: that of the address sanitizer, which must come
+/// first where the program wants it; ours, so that the clock is in its hand whatever the others do; then
+/// those of the start.
 std::string PreloadOf(const Start& start) {
-    std::vector<std::string> libraries = {ULMARO_PROBE_LIBRARY};
+    std::vector<std::string> libraries;
+    if (IsSanitized(start.program)) libraries.emplace_back(ULMARO_ASAN_LIBRARY);
+    libraries.emplace_back(ULMARO_PROBE_LIBRARY);
     libraries.insert(libraries.end(), start.preload.begin(), start.preload.end());
     return Joined(libraries, ':');
 }
 
 }  // namespace
+
+std::string ProgramUnderTest() {
+    const char* program = std::getenv("ULMARO_DESKTOP_PROGRAM");
+    return program != nullptr ? program : ULMARO_PROGRAM;
+}
 
 Program::Program(Desktop& desktop, const Start& start) : desktop_(desktop), start_(start) {
     if (start.all_files) files_.LinkAll(ULMARO_DATA);
@@ -280,12 +290,15 @@ void Program::StartProcess() {
     command.folder = files_.Path();
     command.error_file = output_.Path("said");
     command.environment = {
-        {"ALSOFT_DRIVERS", "null"},  // no sound card in a test
+        {"ALSOFT_DRIVERS", "null"},          // no sound card in a test
+        {"ASAN_OPTIONS", "detect_leaks=0"},  // those of the GL driver
         {"LD_PRELOAD", PreloadOf(start_)},
         {kProbeVariable, output_.Path("probe")},
     };
-    // A clock in hand takes a step a frame: the more frames, the shorter the test.
-    if (start_.clock == Clock::kInHand) command.environment["vblank_mode"] = "0";
+    if (start_.clock == Clock::kInHand) {
+        command.environment["vblank_mode"] = "0";     // a step a frame: the more frames, the shorter the test
+        command.environment["LP_NUM_THREADS"] = "0";  // the processors are for the tests beside this one
+    }
     command.environment.merge(std::map(desktop_.ClientEnvironment()));
     for (const auto& [name, value] : start_.environment) command.environment[name] = value;
     process_.emplace(command);
@@ -364,17 +377,24 @@ Image Program::Look() const {
     return image;
 }
 
+bool Program::WaitInHaste(const std::function<bool()>& condition, double seconds) {
+    ++probe_->waiting;
+    const bool came = WaitUntil(condition, seconds);
+    --probe_->waiting;
+    return came;
+}
+
 void Program::WaitForFrames(std::uint64_t count, double seconds) {
     const std::uint64_t goal = Frames() + count;
     const auto there = [&] { return Frames() >= goal || !process_->Running(); };
-    if (!WaitUntil(there, seconds)) Fail("the program draws no frames");
+    if (!WaitInHaste(there, seconds)) Fail("the program draws no frames");
     if (!process_->Running()) Fail("the program has ended; it said: " + Said());
 }
 
 double Program::RoundTripsPerFrame(std::uint64_t count) {
     const std::uint64_t frames = Frames();
     const std::uint64_t round_trips = RoundTrips();
-    WaitForFrames(count);
+    WaitForFrames(count, static_cast<double>(count));
     return static_cast<double>(RoundTrips() - round_trips) / static_cast<double>(Frames() - frames);
 }
 
@@ -386,9 +406,9 @@ double Program::FramesPerSecond(double seconds) const {
 }
 
 void Program::LetTimePass(double seconds) {
-    probe_->to_pass += static_cast<std::int64_t>(seconds * 1e9);
+    BeginToPass(seconds);
     const auto passed = [this] { return probe_->to_pass == 0 || !process_->Running(); };
-    if (!WaitUntil(passed, 60 + seconds)) Fail("the program's time does not pass");
+    if (!WaitInHaste(passed, 60 + seconds)) Fail("the program's time does not pass");
     WaitForFrames(2);
 }
 
@@ -420,7 +440,7 @@ void Program::AwaitEvents() {
     const auto read = [&] {
         return probe_->mark == static_cast<std::uint64_t>(mark) || !process_->Running();
     };
-    if (!WaitUntil(read, 20)) Fail("the program reads no events");
+    if (!WaitInHaste(read, 20)) Fail("the program reads no events");
 }
 
 void Program::MovePointer(CanvasPoint point) {
@@ -434,8 +454,11 @@ void Program::MovePointer(CanvasPoint point) {
 void Program::Click(CanvasPoint point, unsigned int button) {
     // In hand, the clock jumps so far that the program takes it for a stall.
     constexpr double kDeliberateSeconds = 0.35;
-    if (probe_->clock_in_hand) probe_->clock += static_cast<std::int64_t>(kDeliberateSeconds * 1e9);
-    SleepSeconds(std::max(0.0, last_click_ + kDeliberateSeconds - Now()));
+    if (probe_->clock_in_hand) {
+        probe_->clock += static_cast<std::int64_t>(kDeliberateSeconds * 1e9);
+    } else {
+        SleepSeconds(std::max(0.0, last_click_ + kDeliberateSeconds - Now()));
+    }
     ClickAtOnce(point, button);
     last_click_ = Now();
 }

@@ -18,6 +18,7 @@
 #include <X11/Xlib.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -128,6 +129,10 @@ enum class Clock {
     kInHand,  ///< only by LetTimePass(), from the very start; frames then wait for no refresh
 };
 
+/// Returns the file that is run: what the environment variable ULMARO_DESKTOP_PROGRAM names, such as a
+/// program with sanitizers, or the one of this build.
+std::string ProgramUnderTest();
+
 /// What the program starts with.
 struct Start {
     Clock clock = Clock::kRuns;
@@ -136,11 +141,11 @@ struct Start {
     std::vector<std::string> missing;           ///< files that are not there
     std::vector<std::string> pipes;             ///< files that are named pipes instead
     std::map<std::string, std::string> environment;  ///< added to the environment
-    std::vector<std::string> preload;                ///< libraries loaded ahead, such as libfaketime
+    std::vector<std::string> preload;                ///< libraries loaded ahead
     std::vector<std::string> options;                ///< on the command line
     bool wait_for_sight = true;   ///< the window is expected to be shown at once; else only to be there
     bool wait_for_window = true;  ///< the program is expected to show its window and frames
-    std::string program = ULMARO_PROGRAM;                 ///< the file that is run
+    std::string program = ProgramUnderTest();             ///< the file that is run
     std::int64_t longest_step = kLongestStepNanoseconds;  ///< of a clock in hand, ns
 };
 
@@ -201,6 +206,13 @@ class Program {
     /// Moves a clock in hand by some seconds, at most Start::longest_step each frame, and waits until the
     /// window shows the last.
     void LetTimePass(double seconds);
+
+    /// Lets the program's clock jump ahead in the middle of the next frame, after it was drawn and before it
+    /// is shown, as when the machine sleeps; does not wait.
+    void JumpClock(double seconds) { probe_->to_jump += static_cast<std::int64_t>(seconds * 1e9); }
+
+    /// Lets a clock in hand go on as LetTimePass() does, without waiting for it.
+    void BeginToPass(double seconds) { probe_->to_pass += static_cast<std::int64_t>(seconds * 1e9); }
 
     /// Lets the program draw this random number and no other, 0 .. RAND_MAX. Only for moments: it waits for
     /// another pose than the owl's until it draws one.
@@ -268,6 +280,9 @@ class Program {
   private:
     void OpenProbe();
     void StartProcess();
+
+    /// Waits as WaitUntil() does, while the program draws its frames without a rest.
+    bool WaitInHaste(const std::function<bool()>& condition, double seconds);
 
     Desktop& desktop_;
     Start start_;

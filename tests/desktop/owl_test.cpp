@@ -31,6 +31,7 @@ class TheOwl : public OnDesktop {
     Program& RunOwl(int edge) {
         Start start;
         start.clock = Clock::kInHand;
+        start.longest_step = 240'000'000;
         Program& program = Run(start);
         program.Resize({(Desktop::kWidth - edge) / 2, (Desktop::kHeight - edge) / 2, edge, edge});
         return program;

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,10 +21,12 @@
 #include <string_view>
 
 using desktop::Probe;
+using desktop::Wall;
 
 namespace {
 
 Probe* probe = nullptr;
+const Wall* wall = nullptr;
 
 /// Returns the function that the program would have called without this library.
 template <typename Function>
@@ -31,16 +34,22 @@ Function Next(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-/// Maps the record, and hides the library from what the program starts itself.
+/// Maps the file that an environment variable names; returns null where it cannot.
+template <typename Record>
+Record* MapRecord(const char* variable) {
+    const char* path = std::getenv(variable);
+    const int file = path == nullptr ? -1 : open(path, O_RDWR | O_CLOEXEC);
+    if (file < 0) return nullptr;
+    void* record = mmap(nullptr, sizeof(Record), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    close(file);
+    return record == MAP_FAILED ? nullptr : static_cast<Record*>(record);
+}
+
+/// Maps the records, and hides the library from what the program starts itself.
 __attribute__((constructor)) void OpenProbe() {
     unsetenv("LD_PRELOAD");
-    const char* path = std::getenv(desktop::kProbeVariable);
-    if (path == nullptr) return;
-    const int file = open(path, O_RDWR | O_CLOEXEC);
-    if (file < 0) return;
-    void* record = mmap(nullptr, sizeof(Probe), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
-    close(file);
-    if (record != MAP_FAILED) probe = static_cast<Probe*>(record);
+    wall = MapRecord<Wall>(desktop::kWallVariable);
+    probe = MapRecord<Probe>(desktop::kProbeVariable);
 }
 
 constexpr std::int64_t kSecond = 1'000'000'000;
@@ -52,16 +61,16 @@ int RealClock(clockid_t clock, timespec* time) {
     return next(clock, time);
 }
 
-/// The C library's own clock, past libraries such as libfaketime: theirs goes wrong now and then when two
-/// threads ask for the time at once, and no thread but the main one minds which time it is.
-int CLibraryClock(clockid_t clock, timespec* time) {
-    static const auto own =
-        reinterpret_cast<ClockGetTime>(dlsym(dlopen("libc.so.6", RTLD_LAZY | RTLD_NOLOAD), "clock_gettime"));
-    return own(clock, time);
-}
-
 bool IsMainThread() {
     return gettid() == getpid();
+}
+
+/// Returns the clock on the wall, in nanoseconds since 1970. `wall` must be mapped.
+std::int64_t WallTime() {
+    if (wall->stands) return wall->seconds * kSecond;
+    timespec time{};
+    RealClock(CLOCK_REALTIME, &time);
+    return (time.tv_sec + wall->seconds) * kSecond + time.tv_nsec;
 }
 
 /// Returns the program's own clock in nanoseconds from its start. Main thread only.
@@ -93,6 +102,15 @@ void CountStall() {
     last = now;
 }
 
+/// Rests after a frame of a clock in hand, until the test wants another one.
+void Rest() {
+    constexpr timespec kMoment = {0, 1'000'000};
+    for (std::int64_t rested = 0; rested < desktop::kRestNanoseconds; rested += kMoment.tv_nsec) {
+        if (!probe->clock_in_hand || probe->waiting > 0 || probe->to_pass > 0) return;
+        nanosleep(&kMoment, nullptr);
+    }
+}
+
 }  // namespace
 
 extern "C" {
@@ -105,12 +123,31 @@ void* xcb_wait_for_reply64(void* connection, std::uint64_t request, void* error)
 // The parameters have other names than the C library's.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int clock_gettime(clockid_t clock, timespec* time) noexcept {
-    if (!IsMainThread()) return CLibraryClock(clock, time);
-    if (probe == nullptr || clock != CLOCK_MONOTONIC) return RealClock(clock, time);
-    const std::int64_t now = ProgramClock();
+    const bool is_wall = wall != nullptr && (clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE);
+    const bool is_own = probe != nullptr && clock == CLOCK_MONOTONIC;
+    if (!IsMainThread() || !(is_wall || is_own)) return RealClock(clock, time);
+    const std::int64_t now = is_wall ? WallTime() : ProgramClock();
     time->tv_sec = now / kSecond;
     time->tv_nsec = now % kSecond;
     return 0;
+}
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+int gettimeofday(timeval* now, void* zone) noexcept {
+    static const auto next = Next<int (*)(timeval*, void*)>("gettimeofday");
+    if (wall == nullptr || !IsMainThread()) return next(now, zone);
+    const std::int64_t time = WallTime();
+    *now = {time / kSecond, time % kSecond / 1'000};
+    return 0;
+}
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+std::time_t time(std::time_t* result) noexcept {
+    static const auto next = Next<std::time_t (*)(std::time_t*)>("time");
+    if (wall == nullptr || !IsMainThread()) return next(result);
+    const std::time_t now = WallTime() / kSecond;
+    if (result != nullptr) *result = now;
+    return now;
 }
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
@@ -135,7 +172,7 @@ void glFinish() {
     next();
     if (probe == nullptr) return;
     const std::int64_t step = std::min(probe->to_pass.load(), probe->longest_step.load());
-    probe->clock += step;
+    probe->clock += step + probe->to_jump.exchange(0);
     probe->to_pass -= step;
     CountStall();
     ++probe->frames;
@@ -144,7 +181,10 @@ void glFinish() {
 void glXSwapBuffers(void* display, unsigned long drawable) {
     static const auto next = Next<void (*)(void*, unsigned long)>("glXSwapBuffers");
     next(display, drawable);
-    if (probe != nullptr) ++probe->swaps;
+    if (probe == nullptr) return;
+    ++probe->swaps;
+    Next<int (*)(void*)>("XFlush")(display);  // what the test looks at
+    Rest();
 }
 
 // OpenAL's wave backend goes back to the header's sizes whenever the device is put to sleep, and when woken

@@ -6,8 +6,8 @@
 //
 // The library is loaded into the program ahead of its own. It counts the frames and the round trips to the X
 // server, and it can take the program's monotonic clock in hand, so that a test moves the owl through minutes
-// in moments and measures an owl that holds still, and its dice, so that it asks the question wanted. Only
-// the program's main thread sees that clock.
+// in moments and measures an owl that holds still, and its dice, so that it asks the question wanted. The
+// clock on the wall is in a record of its own. Only the program's main thread sees these clocks.
 #pragma once
 
 #include <atomic>
@@ -27,6 +27,11 @@ constexpr std::int64_t kLongestStepNanoseconds = 100'000'000;
 /// nothing.
 constexpr long kMarkWord = 0x6D61726B;
 
+/// The longest rest after a frame of a clock in hand, nanoseconds. In such a frame nothing moves, so it is
+/// only drawn to show what the test did; programs that draw them without a rest would take all processors
+/// from the tests beside them. The rest ends as soon as the test waits for a frame, or lets time pass.
+constexpr std::int64_t kRestNanoseconds = 50'000'000;
+
 /// A longer frame advances no timer of the program, nanoseconds.
 constexpr std::int64_t kStallNanoseconds = 250'000'000;
 
@@ -45,6 +50,18 @@ struct Probe {
     std::atomic<std::int32_t> dice;     ///< the random number that it draws then, 0 .. RAND_MAX
     std::atomic<std::int64_t> to_pass;  ///< time yet to pass, ns; raised by the test, used up by the frames
     std::atomic<std::int64_t> longest_step;  ///< of a clock in hand, ns; written by the test
+    std::atomic<std::int64_t> to_jump;       ///< by how much the clock jumps in the next frame, ns
+    std::atomic<std::int32_t> waiting;  ///< the test waits for frames: those of a clock in hand take no rest
+};
+
+/// The environment variable with the path of the mapped file of the clock on the wall. Without it that clock
+/// is the real one.
+constexpr char kWallVariable[] = "ULMARO_PROBE_WALL";
+
+/// The clock on the wall; written by the test.
+struct Wall {
+    std::atomic<bool> stands;           ///< it stands still at `seconds`; else it goes, off by them
+    std::atomic<std::int64_t> seconds;  ///< since 1970, or from the real time
 };
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the record is shared by two processes");

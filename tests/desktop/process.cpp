@@ -31,10 +31,12 @@ void SleepSeconds(double seconds) {
 }
 
 bool WaitUntil(const std::function<bool()>& condition, double seconds) {
-    const double end = Now() + seconds;
+    constexpr double kShortWait = 0.03;  // most waits are for a frame or two: they are asked about more often
+    const double start = Now();
     while (!condition()) {
-        if (Now() > end) return false;
-        SleepSeconds(0.005);
+        const double waited = Now() - start;
+        if (waited > seconds) return false;
+        SleepSeconds(waited < kShortWait ? 0.001 : 0.005);
     }
     return true;
 }

@@ -37,6 +37,7 @@ class TheQuiz : public OnDesktop {
     void SetUp() override {
         Start start;
         start.clock = Clock::kInHand;
+        start.longest_step = 240'000'000;
         program_ = &Run(start);
         program_->Resize({300, 200, 600, 600});
         questions.clear();
@@ -117,7 +118,7 @@ class TheQuiz : public OnDesktop {
             program_->LetTimePass(0.3);
             if (GazeIn(Look())) return false;
         }
-        return Scene().BodyIn(Look()) == "stand_01_close_eyes";
+        return scene_.BodyIn(Look()) == "stand_01_close_eyes";
     }
 
     /// Expects the four texts in these colours.
@@ -127,6 +128,7 @@ class TheQuiz : public OnDesktop {
 
   private:
     Program* program_ = nullptr;
+    Scene scene_;
 };
 
 TEST_F(TheQuiz, AsksAQuestionOfTheBankAndShowsARightAnswerGreen) {

@@ -22,7 +22,14 @@
 // - Letters. They show in a sleep's every frame but those of falling asleep, two stages of a second each, and
 //   those of waking, another second. An owl that is awake has none.
 //
-// A frame may end each of these up to one step late.
+// A frame may end each of these up to one step late. A frame of more than a quarter of a second is a stall,
+// such as a machine's sleep, and advances no timer; the program knows the length of a frame in 32 bits of
+// nanoseconds with a sign, so that ten hours are a stall too or nothing at all.
+//
+// Whatever happens around the program, these bounds hold: hidden, at any size of the window, whatever the
+// clock on the wall does. A program that was killed and started again begins anew. What is not saved yet,
+// because the disk is full, is not in the store that the judge reads; meanwhile it does not judge what is
+// due.
 #pragma once
 
 #include <cstdint>
@@ -76,6 +83,15 @@ class Judge {
     /// Takes that the user has clicked something: the owl's poses are disturbed for some time.
     void Disturb() { calm_ = 0; }
 
+    /// Takes that the program was started again: all its timers begin anew.
+    void Restart();
+
+    /// Takes whether the store holds the events that the program has.
+    void TrustStore(bool holds) { store_holds_ = holds; }
+
+    /// Takes something else that went wrong.
+    void Complain(const std::string& text);
+
     /// Follows one frame.
     void Follow(const FrameRecord& record);
 
@@ -94,13 +110,13 @@ class Judge {
     void FollowWaking(float dt, std::uint32_t marks);
     void FollowLetters(float dt, std::uint32_t marks);
     void EndPose(std::uint32_t pose, std::uint32_t next);
-    void Complain(const std::string& text);
     void Expect(bool holds, const std::string& text, double number);
 
     double step_;
     std::vector<desktop::Record> events_;
     std::tm wall_ = {};
     bool pointer_inside_ = false;
+    bool store_holds_ = true;
     Figures seen_;
     std::vector<std::string> complaints_;
     std::int64_t last_clock_ = -1;

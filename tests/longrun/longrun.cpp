@@ -6,15 +6,10 @@
 // usage: longrun HOURS SEED [PROGRAM]
 //
 // The program's clock is in hand and takes one step of 0.24 s a frame, as fast as frames can be drawn; the
-// clock on the wall goes along in steps of at most thirty seconds. The same seed gives the same user; the
-// program's own chance is seeded by the clock on the wall and so is the same too. PROGRAM may be built with
-// sanitizers; then its memory is not judged.
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
+// clock on the wall goes along in steps of at most thirty seconds. Now and then something goes wrong around
+// the program (faults.h). The same seed gives the same user; the program's own chance is seeded by the clock
+// on the wall and so is the same too. PROGRAM may be built with sanitizers; then its memory is not judged.
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -22,56 +17,16 @@
 #include <string>
 
 #include "tests/desktop/calendar.h"
-#include "tests/longrun/sanitized.h"
+#include "tests/desktop/sanitized.h"
+#include "tests/longrun/course.h"
+#include "tests/longrun/faults.h"
 #include "tests/longrun/user.h"
 
 namespace longrun {
 namespace {
 
-/// Below the 0.25 s above which the program takes a frame for a stall.
-constexpr std::int64_t kStep = 240'000'000;
-
 /// By how much the resident memory may grow after the first hour, kiB.
 constexpr long kMostGrowth = 1024;
-
-/// The run begins on a Wednesday.
-std::tm WallTime(double seconds) {
-    std::tm start = {};
-    start.tm_year = 131;
-    start.tm_mon = 2;
-    start.tm_mday = 12;
-    start.tm_hour = 6;
-    start.tm_min = 30;
-    const std::time_t now = timegm(&start) + static_cast<std::time_t>(seconds);
-    std::tm local = {};
-    gmtime_r(&now, &local);
-    return local;
-}
-
-/// The clock on the wall, as the witness shows it to the program. Its time zone is that of the universal
-/// time.
-class Wall {
-  public:
-    explicit Wall(const desktop::Folder& folder) : path_(folder.Path("wall")) {
-        folder.Write("wall", std::string(sizeof *seconds_, '\0'));
-        const int file = open(path_.c_str(), O_RDWR | O_CLOEXEC);
-        void* number = mmap(nullptr, sizeof *seconds_, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
-        if (file >= 0) close(file);
-        if (number == MAP_FAILED) desktop::Fail("no clock for the wall");
-        seconds_ = static_cast<std::atomic<std::int64_t>*>(number);
-    }
-    ~Wall() { munmap(seconds_, sizeof *seconds_); }
-    Wall(const Wall&) = delete;
-    Wall& operator=(const Wall&) = delete;
-
-    const std::string& Path() const { return path_; }
-
-    void Set(std::tm time) { *seconds_ = timegm(&time); }
-
-  private:
-    std::string path_;
-    std::atomic<std::int64_t>* seconds_ = nullptr;
-};
 
 /// Returns appointments, weekly events and reminders over the two days that a run may touch.
 std::vector<desktop::Record> Mix() {
@@ -115,11 +70,11 @@ struct Run {
 /// A program about to start: browsers are a file that takes note, memory and what is seen are watched.
 struct Stage {
     desktop::Folder folder;
-    Wall wall{folder};
+    SharedWorld world{folder};
     desktop::Start start;
     bool sanitized = false;
 
-    explicit Stage(const Run& run) : sanitized(IsSanitized(run.program)) {
+    explicit Stage(const Run& run) : sanitized(desktop::IsSanitized(run.program)) {
         folder.Write("xdg-open", "#!/bin/sh\necho \"$1\" >> \"$(dirname \"$0\")/opened\"\n");
         if (std::system(("chmod +x " + folder.Path("xdg-open")).c_str()) != 0) desktop::Fail("no browser");
         start.program = run.program;
@@ -131,14 +86,8 @@ struct Stage {
         start.environment["PATH"] = folder.Path() + ":" + std::getenv("PATH");
         start.environment["LP_NUM_THREADS"] = "0";  // a window this small is drawn sooner without threads
         start.environment[kWitnessVariable] = folder.Path("frames");
-        start.environment[kWallVariable] = wall.Path();
-        start.environment["TZ"] = "UTC0";
-        wall.Set(WallTime(0));
-        if (!sanitized) return;
-        std::string preload = std::string(ULMARO_ASAN_LIBRARY) + ":" + ULMARO_PROBE_LIBRARY;
-        for (const std::string& library : start.preload) preload += ":" + library;
-        start.environment["LD_PRELOAD"] = preload;
-        start.environment["ASAN_OPTIONS"] = "detect_leaks=0";
+        start.environment[kWorldVariable] = world.Path();
+        start.environment["TZ"] = kZone;
     }
 
     long Browsers() const {
@@ -166,19 +115,47 @@ void Print(const Figures& seen, const User& user, const Follower& follower, cons
 }
 
 /// Lets one simulated hour pass, or what is left of the run.
-void PassHour(double& now, double end, Stage& stage, desktop::Program& program, Judge& judge, User& user,
-              Follower& follower) {
-    const double hour_end = std::min(end, now + 3600);
-    while (now < hour_end) {
-        const double pause = user.Act();
-        program.LetTimePass(pause);
-        follower.CatchUp();
-        now += pause;
-        stage.wall.Set(WallTime(now));
-        judge.SetWallClock(WallTime(now));
-        program.WaitForFrames(2);
-        follower.CatchUp();
+void PassHour(Course& course, Faults& faults, double end) {
+    const double hour_end = std::min(end, course.now + 3600);
+    while (course.now < hour_end) {
+        course.Pass(course.user.Act());
+        faults.HappenIfDue();
     }
+}
+
+/// Compares the memory at the end of each hour with that at the end of the first one of the same process.
+class MemoryWatch {
+  public:
+    /// Returns whether the memory has grown too much.
+    bool HasGrown(long memory, int restarts) {
+        if (restarts != restarts_ || first_ == 0) first_ = memory;
+        restarts_ = restarts;
+        growth_ = memory - first_;
+        return growth_ >= kMostGrowth;
+    }
+
+    long Growth() const { return growth_; }
+
+  private:
+    int restarts_ = 0;
+    long first_ = 0;   ///< kiB
+    long growth_ = 0;  ///< kiB
+};
+
+/// Says what was wrong of all that only the whole run tells; returns the number of complaints.
+int Conclude(const Course& course, const Faults& faults) {
+    int wrong = 0;
+    const auto say = [&](const std::string& text) {
+        std::printf("WRONG: %s\n", text.c_str());
+        ++wrong;
+    };
+    course.judge.Conclude();
+    for (const std::string& complaint : course.judge.Complaints()) say(complaint);
+    if (course.program.Said() != faults.Sayings()) say("the program said:\n" + course.program.Said());
+    for (const std::string& fault : faults.Missing()) say("did not happen: " + fault);
+    const Figures& seen = course.judge.Seen();
+    if (seen.sleeps == 0 || seen.notices == 0 || course.user.Clicks() == 0) say("nothing was seen");
+    return wrong;
 }
 
 /// Runs the program; returns the number of complaints.
@@ -187,42 +164,34 @@ int Perform(const Run& run) {
     Stage stage(run);
     desktop::Desktop desk;
     desktop::Program program(desk, stage.start);
-    program.Resize({40, 60, 64, 64});
+    program.Resize({40, 60, kUsualEdge, kUsualEdge});
     Judge judge(static_cast<double>(kStep) / 1e9);
-    judge.SetWallClock(WallTime(0));
+    judge.SetWallClock(ItalianTime(kBeginning));
     Follower follower(program, judge, stage.folder.Path("frames"));
     User user(desk, program, judge, follower, run.seed);
+    Course course{desk, program, stage.world, judge, follower, user};
+    Faults faults(course, run.hours * 3600);
     follower.CatchUp();
 
     const double began = desktop::Now();
-    long first_hour = 0;
+    MemoryWatch watch;
     int wrong = 0;
-    double now = 0;
-    for (int hour = 1; now < run.hours * 3600; ++hour) {
-        PassHour(now, run.hours * 3600, stage, program, judge, user, follower);
+    for (int hour = 1; course.now < run.hours * 3600; ++hour) {
+        PassHour(course, faults, run.hours * 3600);
         if (hour == 1) user.TryEverything();  // what only the first use costs is no growth
         user.Settle();
         const long memory = ResidentMemory(program.Child().Id());
-        if (hour == 1) first_hour = memory;
+        const bool grown = watch.HasGrown(memory, course.restarts);
         std::printf("hour %2d: resident %ld kiB, %zu events, %.0f s of real time\n", hour, memory,
                     follower.Events(), desktop::Now() - began);
         std::fflush(stdout);
-        if (stage.sanitized || memory - first_hour < kMostGrowth) continue;
-        std::printf("WRONG: the memory has grown by %ld kiB since the first hour\n", memory - first_hour);
+        if (stage.sanitized || !grown) continue;
+        std::printf("WRONG: the memory has grown by %ld kiB since the first hour\n", watch.Growth());
         ++wrong;
     }
-    judge.Conclude();
+    wrong += Conclude(course, faults);
+    std::printf("%d faults around the program\n", faults.Count());
     Print(judge.Seen(), user, follower, stage);
-    for (const std::string& complaint : judge.Complaints()) std::printf("WRONG: %s\n", complaint.c_str());
-    wrong += static_cast<int>(judge.Complaints().size());
-    if (!program.Said().empty()) {
-        std::printf("WRONG: the program said:\n%s\n", program.Said().c_str());
-        ++wrong;
-    }
-    if (judge.Seen().sleeps == 0 || judge.Seen().notices == 0 || user.Clicks() == 0) {
-        std::printf("WRONG: nothing was seen\n");
-        ++wrong;
-    }
     return wrong;
 }
 

@@ -20,9 +20,9 @@
 #include <vector>
 
 #include "tests/desktop/calendar.h"
+#include "tests/desktop/sanitized.h"
 #include "tests/longrun/fast_clock.h"
 #include "tests/longrun/places.h"
-#include "tests/longrun/sanitized.h"
 
 namespace longrun {
 namespace {
@@ -68,7 +68,7 @@ std::string Clock() {
 /// Returns a script that becomes the program under the tool. The shell does not load the libraries. A tool
 /// must leave them to the program too: the first process that loads them takes them from the environment.
 std::string Script(const Run& run) {
-    std::string preload = IsSanitized(run.program) ? std::string(ULMARO_ASAN_LIBRARY) + ":" : "";
+    std::string preload = desktop::IsSanitized(run.program) ? std::string(ULMARO_ASAN_LIBRARY) + ":" : "";
     preload += Clock() + ":" + ULMARO_PROBE_LIBRARY;
     std::string command;
     for (const std::string& word : run.tool) command += Quoted(word) + " ";

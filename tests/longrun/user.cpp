@@ -29,6 +29,7 @@ void Follower::CatchUp() {
         read_ += static_cast<long>(sizeof record);
         judge_.Follow(record);
         marks_ = record.marks;
+        all_marks_ |= record.marks;
     }
     const std::string store = program_.Files().Read(desktop::kStoreFile);
     if (store == store_) return;
@@ -144,7 +145,6 @@ void User::ClickSomething() {
     Click(AnyPlace(dice_));
 }
 
-/// Closes screens until the owl is back.
 void User::GoHome() {
     for (int screens = 0; screens < 10; ++screens) {
         follower_.CatchUp();
@@ -154,7 +154,6 @@ void User::GoHome() {
     desktop::Fail("the user does not find the way back to the owl");
 }
 
-/// Opens and closes what is due, for as long as something is.
 void User::Acknowledge() {
     for (int events = 0; events < 60; ++events) {
         GoHome();

@@ -6,6 +6,8 @@
 #pragma once
 
 #include <random>
+#include <string>
+#include <utility>
 
 #include "tests/desktop/desktop.h"
 #include "tests/longrun/judge.h"
@@ -24,6 +26,12 @@ class Follower {
     /// Returns the marks of the last whole frame.
     std::uint32_t Marks() const { return marks_; }
 
+    /// Returns the marks of all frames since the last call.
+    std::uint32_t TakeMarks() { return std::exchange(all_marks_, 0); }
+
+    /// Takes that the program was started again: it takes every reminder for due.
+    void Restart() { store_.clear(); }
+
     /// Returns the number of events in the store.
     std::size_t Events() const { return events_; }
 
@@ -36,6 +44,7 @@ class Follower {
     std::string file_;
     long read_ = 0;
     std::uint32_t marks_ = 0;
+    std::uint32_t all_marks_ = 0;  ///< since TakeMarks()
     std::string store_;
     std::size_t events_ = 0;
     int saves_ = 0;
@@ -56,16 +65,28 @@ class User {
     /// Sends the user back to the owl's screen and away from the window, with nothing due and no sound left.
     void Settle();
 
+    /// Closes screens until the owl is back.
+    void GoHome();
+
+    /// Opens and closes what is due, for as long as something is.
+    void Acknowledge();
+
+    /// Points at some place of the window.
+    void Wander();
+
+    /// Points at some place beside the window.
+    void Leave();
+
+    /// Clicks a place of the window.
+    void Click(desktop::CanvasPoint point);
+
+    /// Returns a number between two, by the user's dice.
+    double Chance(double from, double to) { return std::uniform_real_distribution(from, to)(dice_); }
+
     long Clicks() const { return clicks_; }
 
   private:
-    double Chance(double from, double to) { return std::uniform_real_distribution(from, to)(dice_); }
-    void Wander();
-    void Leave();
-    void Click(desktop::CanvasPoint point);
     void ClickSomething();
-    void GoHome();
-    void Acknowledge();
     void Tidy();
 
     desktop::Desktop& desk_;

@@ -10,11 +10,13 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <string_view>
 
 using longrun::FrameRecord;
 
@@ -56,7 +58,7 @@ constexpr std::size_t kMostTextures = 4096;
 
 struct State {
     int out = -1;
-    const std::atomic<std::int64_t>* wall = nullptr;
+    longrun::World* world = nullptr;
     FrameRecord frame;
     std::uint32_t opened = 0;                            ///< what the picture opened last says
     unsigned int bound = 0;                              ///< the texture bound now
@@ -81,12 +83,22 @@ std::uint32_t Find(const Sign (&signs)[kCount], const char* file) {
 __attribute__((constructor)) void OpenFiles() {
     const char* path = std::getenv(longrun::kWitnessVariable);
     if (path != nullptr) state.out = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    const char* wall_path = std::getenv(longrun::kWallVariable);
-    const int wall = wall_path == nullptr ? -1 : open(wall_path, O_RDONLY | O_CLOEXEC);
-    if (wall < 0) return;
-    const void* number = mmap(nullptr, sizeof *state.wall, PROT_READ, MAP_SHARED, wall, 0);
-    close(wall);
-    if (number != MAP_FAILED) state.wall = static_cast<const std::atomic<std::int64_t>*>(number);
+    const char* world_path = std::getenv(longrun::kWorldVariable);
+    const int file = world_path == nullptr ? -1 : open(world_path, O_RDWR | O_CLOEXEC);
+    if (file < 0) return;
+    void* world = mmap(nullptr, sizeof *state.world, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    close(file);
+    if (world != MAP_FAILED) state.world = static_cast<longrun::World*>(world);
+}
+
+/// Returns whether a descriptor is that of a store that is being written.
+bool IsNewStore(int descriptor) {
+    char link[64];
+    char name[4096];
+    std::snprintf(link, sizeof link, "/proc/self/fd/%d", descriptor);
+    const ssize_t length = readlink(link, name, sizeof name);
+    return length > 0 &&
+           std::string_view(name, static_cast<std::size_t>(length)).ends_with("/database.bin.new");
 }
 
 /// Notes which picture, effect or sound the program reads, by streams or by plain calls.
@@ -101,6 +113,9 @@ void NoteOpened(const char* path) {
 extern "C" {
 
 void glFinish();
+void* alcOpenDevice(const char* name);
+void alcGetIntegerv(void* device, int what, int count, int* values);
+void alSourcePlay(unsigned int source);
 void glBindTexture(unsigned int target, unsigned int texture);
 void glTexImage2D(unsigned int target, int level, int internal_format, int width, int height, int border,
                   unsigned int format, unsigned int type, const void* pixels);
@@ -126,9 +141,40 @@ int open(const char* path, int flags, ...) {
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 std::time_t time(std::time_t* result) noexcept {
     static const auto next = Next<std::time_t (*)(std::time_t*)>("time");
-    const std::time_t now = state.wall != nullptr ? state.wall->load() : next(nullptr);
+    const std::time_t now = state.world != nullptr ? state.world->seconds.load() : next(nullptr);
     if (result != nullptr) *result = now;
     return now;
+}
+
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
+ssize_t write(int descriptor, const void* bytes, std::size_t count) {
+    static const auto next = Next<ssize_t (*)(int, const void*, std::size_t)>("write");
+    if (state.world == nullptr || !state.world->disk_full || !IsNewStore(descriptor))
+        return next(descriptor, bytes, count);
+    ++state.world->refused_writes;
+    errno = ENOSPC;
+    return -1;
+}
+
+void* alcOpenDevice(const char* name) {
+    static const auto next = Next<void* (*)(const char*)>("alcOpenDevice");
+    if (state.world == nullptr) return next(name);
+    ++(state.world->device_gone ? state.world->refused_devices : state.world->opened_devices);
+    return state.world->device_gone ? nullptr : next(name);
+}
+
+void alcGetIntegerv(void* device, int what, int count, int* values) {
+    constexpr int kConnected = 0x313;  // ALC_CONNECTED
+    static const auto next = Next<void (*)(void*, int, int, int*)>("alcGetIntegerv");
+    next(device, what, count, values);
+    if (what == kConnected && state.world != nullptr && state.world->device_gone) *values = 0;
+}
+
+void alSourcePlay(unsigned int source) {
+    static const auto next = Next<void (*)(unsigned int)>("alSourcePlay");
+    next(source);
+    static const auto context = Next<void* (*)()>("alcGetCurrentContext");
+    if (state.world != nullptr && context() != nullptr) ++state.world->sounds;
 }
 
 void glBindTexture(unsigned int target, unsigned int texture) {

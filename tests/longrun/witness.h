@@ -6,8 +6,9 @@
 // The witness sees which data files' textures the program binds and which sounds it opens. A picture that is
 // bound counts as shown: the program binds nothing that it does not draw at once.
 //
-// The witness is the program's clock on the wall too, a number in a file that both map. It is simpler than a
-// library that turns all clocks, which no sanitizer's allocator bears, and cheaper.
+// The witness is a part of the program's world too, by a record in a file that both map: its clock on the
+// wall, its disk, which may be full, and its sound device, which may be gone. That is simpler than libraries
+// that do these things for any program, and no sanitizer minds it.
 #pragma once
 
 #include <atomic>
@@ -18,9 +19,19 @@ namespace longrun {
 /// The environment variable with the path of the file.
 constexpr char kWitnessVariable[] = "ULMARO_WITNESS";
 
-/// The environment variable with the path of the mapped file, which holds a std::atomic<std::int64_t>:
-/// seconds since 1970.
-constexpr char kWallVariable[] = "ULMARO_WITNESS_WALL";
+/// The environment variable with the path of the mapped file, which holds a World.
+constexpr char kWorldVariable[] = "ULMARO_WITNESS_WORLD";
+
+/// What the program lives in; the first three are written by the run, the others counted by the witness.
+struct World {
+    std::atomic<std::int64_t> seconds;         ///< of the clock on the wall, since 1970
+    std::atomic<bool> disk_full;               ///< writing the store fails with ENOSPC
+    std::atomic<bool> device_gone;             ///< the sound device is lost, and none can be opened
+    std::atomic<std::int32_t> refused_writes;  ///< of the store
+    std::atomic<std::int32_t> refused_devices;
+    std::atomic<std::int32_t> opened_devices;
+    std::atomic<std::int32_t> sounds;  ///< that a device began to play
+};
 
 /// What a frame did; a bit each.
 enum Mark : std::uint32_t {

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-namespace longrun {
+namespace desktop {
 
 /// Returns whether a program was built with the address sanitizer.
 inline bool IsSanitized(const std::string& program) {
@@ -18,4 +18,4 @@ inline bool IsSanitized(const std::string& program) {
     return bytes.str().find("libasan.so") != std::string::npos;
 }
 
-}  // namespace longrun
+}  // namespace desktop

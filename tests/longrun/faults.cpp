@@ -1,0 +1,266 @@
+// SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
+// SPDX-License-Identifier: MIT
+
+#include "tests/longrun/faults.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "tests/desktop/calendar.h"
+#include "tests/longrun/places.h"
+
+namespace longrun {
+
+namespace {
+
+constexpr char kUnsavedTitle[] = "*Ulmaro Assistant";
+
+constexpr double kOfferSeconds = 21;  ///< after which an offer has lapsed
+constexpr double kLongestRetry = 60;  ///< seconds between two tries to save
+
+/// What the program says of a full disk.
+constexpr char kDiskFull[] =
+    "Ulmaro Assistant: non riesco a salvare gli eventi in \"database.bin\": il disco e' pieno.\n";
+
+}  // namespace
+
+Faults::Faults(Course& course, double seconds)
+    : course_(course), kinds_{{"the window is hidden", &Faults::Hide},
+                              {"other sizes of the window", &Faults::OtherSizes},
+                              {"the disk is full", &Faults::FullDisk},
+                              {"the program is killed", &Faults::KillAndStartAgain},
+                              {"daylight saving begins", &Faults::SpringNight},
+                              {"the sound device is lost", &Faults::LostDevice},
+                              {"the clock is set ahead", &Faults::WallAhead},
+                              {"ten hours of sleep", &Faults::Suspend},
+                              {"daylight saving ends", &Faults::AutumnNight},
+                              {"the clock is set back", &Faults::WallBack}} {
+    constexpr double kLeast = 60;
+    constexpr double kMost = 1800;
+    // Each takes up to some minutes itself.
+    period_ = std::clamp(seconds / static_cast<double>(2 * kinds_.size()), kLeast, kMost);
+    // All of the first round lie within the first hour where it has room for them.
+    period_ = std::min(period_, 3600 / static_cast<double>(2 * kinds_.size()));
+    next_ = period_;
+}
+
+void Faults::HappenIfDue() {
+    if (course_.now < next_) return;
+    Kind& kind = kinds_[turn_];
+    turn_ = (turn_ + 1) % kinds_.size();
+    if (turn_ == 0) period_ = std::max(period_, 1800.0);
+    next_ = course_.now + period_;
+    constexpr double kHour = 3600;
+    if (kind.happen == &Faults::KillAndStartAgain && course_.now > kHour) return;
+    happening_ = kind.name;
+    ++kind.times;
+    ++count_;
+    std::printf("%.0f s: %s\n", course_.now, kind.name);
+    std::fflush(stdout);
+    course_.judge.Disturb();
+    course_.user.GoHome();
+    course_.user.Acknowledge();
+    course_.user.GoHome();
+    course_.user.Leave();
+    (this->*kind.happen)();
+    course_.judge.Disturb();
+}
+
+std::vector<std::string> Faults::Missing() const {
+    std::vector<std::string> names;
+    for (const Kind& kind : kinds_) {
+        if (kind.times == 0) names.emplace_back(kind.name);
+    }
+    return names;
+}
+
+void Faults::Expect(bool holds, const std::string& text) {
+    if (!holds) course_.judge.Complain(std::string(happening_) + ": " + text);
+}
+
+std::string Faults::Store() const {
+    return course_.program.Files().Read(desktop::kStoreFile);
+}
+
+// ---- The window ----
+
+/// While it is hidden all timers go on, which the judge follows; nothing is swapped.
+void Faults::Hide() {
+    course_.program.Minimise();
+    LookAgain();
+    const std::uint64_t swaps = course_.program.Swaps();
+    course_.Pass(200);
+    Expect(course_.program.Swaps() == swaps, "hidden frames are swapped");
+    course_.program.Restore();
+    LookAgain();
+    const std::uint64_t hidden = course_.program.Swaps();
+    course_.Pass(5);
+    Expect(course_.program.Swaps() > hidden, "no frame is swapped when it is shown again");
+}
+
+/// Lets the program find out whether it is seen: what the X server and the window manager do takes real time,
+/// and the program looks at it a tenth of a second of its own later.
+void Faults::LookAgain() {
+    for (int looks = 0; looks < 5; ++looks) {
+        desktop::SleepSeconds(0.1);
+        course_.Pass(0.5);
+    }
+}
+
+/// Narrow, flat, usual, of one line; the last one is the run's own.
+void Faults::OtherSizes() {
+    constexpr struct {
+        int width, height;
+        bool clickable;  ///< fine enough to hit what is meant
+    } kSizes[] = {
+        {128, 512, true}, {512, 96, true}, {300, 300, true}, {300, 1, false}, {kUsualEdge, kUsualEdge, true}};
+    for (const auto& size : kSizes) {
+        course_.user.Leave();
+        course_.program.Resize({40, 60, size.width, size.height});
+        course_.Pass(5);
+        if (!size.clickable) continue;
+        course_.user.Wander();
+        course_.Pass(2);
+        course_.user.Click(desktop::kMenuPlan);
+        Expect((course_.follower.Marks() & kListScreen) != 0, "a click does not open the list");
+        course_.user.GoHome();
+    }
+    course_.user.Leave();
+}
+
+// ---- Clocks ----
+
+void Faults::Night(std::int64_t change) {
+    const std::int64_t before = course_.wall_offset;
+    const std::int64_t until = change - 120 - course_.world->seconds;
+    course_.TurnWall(until);
+    course_.Pass(300);
+    course_.TurnWall(before - course_.wall_offset);
+}
+
+void Faults::SpringNight() {
+    Night(kSummerBegins);
+}
+
+void Faults::AutumnNight() {
+    Night(kSummerEnds);
+}
+
+void Faults::WallAhead() {
+    course_.TurnWall(3600);
+    course_.Pass(120);
+    course_.TurnWall(-3600);
+}
+
+void Faults::WallBack() {
+    course_.TurnWall(-3600);
+    course_.Pass(120);
+    course_.TurnWall(3600);
+}
+
+/// In the middle of a frame: frames are under way while the clock jumps. No timer goes on by it.
+void Faults::Suspend() {
+    constexpr double kTenHours = 36'000;
+    course_.program.BeginToPass(5);
+    course_.program.JumpClock(kTenHours);
+    course_.now += 5;
+    course_.Pass(1);
+    course_.TurnWall(static_cast<std::int64_t>(kTenHours));
+    course_.Pass(30);
+}
+
+// ---- Disk and device ----
+
+/// A new event cannot be saved: the old store stays, the title says so. When there is room again it is saved
+/// by itself within a minute.
+void Faults::FullDisk() {
+    const auto title_is = [&](const char* title) {
+        return course_.desk.FindWindow(title) == course_.program.Handle();
+    };
+    const std::string old = Store();
+    const int refused = course_.world->refused_writes;
+    course_.judge.TrustStore(false);
+    course_.world->disk_full = true;
+    course_.user.Click(desktop::kMenuPlan);
+    course_.user.Click(desktop::kAdd);
+    course_.user.Click(desktop::kConfirm);
+    course_.user.GoHome();
+    course_.Pass(3 * kLongestRetry);
+    Expect(Store() == old, "the store has changed");
+    Expect(course_.world->refused_writes > refused + 1, "saving is not tried again");
+    Expect(title_is(kUnsavedTitle), "the title does not say that something is unsaved");
+
+    course_.world->disk_full = false;
+    course_.Pass(kLongestRetry + 2);
+    course_.judge.TrustStore(true);
+    Expect(desktop::ReadStore(Store()).size() == desktop::ReadStore(old).size() + 1,
+           "the event is not in the store: " + std::to_string(desktop::ReadStore(old).size()) +
+               " events before, " + std::to_string(desktop::ReadStore(Store()).size()) + " now");
+    Expect(title_is(desktop::Program::kTitle), "the title says that something is unsaved");
+    sayings_ += kDiskFull;
+}
+
+/// Asks for an offer and lets it lapse; returns the marks of what was seen and heard.
+std::string Faults::Offer() {
+    course_.user.Wander();  // an owl that sleeps wakes
+    course_.Pass(2);
+    course_.user.Acknowledge();
+    course_.user.GoHome();
+    course_.follower.TakeMarks();
+    course_.user.Click(desktop::kMenuAsk);
+    course_.Pass(kOfferSeconds);
+    const std::uint32_t marks = course_.follower.TakeMarks();
+    return (marks & kOfferSound) != 0 ? "sound" : (marks & kOfferButton) != 0 ? "silent" : "none";
+}
+
+/// Without a device each sound looks for one; with the first sound after it is back there is one again, once.
+void Faults::LostDevice() {
+    World& world = *course_.world;
+    if (Offer() != "sound") course_.user.Click(kMenuSound);
+    const int refused = world.refused_devices;
+    world.device_gone = true;
+    Expect(Offer() == "sound", "an offer does not try to sound");
+    Expect(world.refused_devices > refused, "no device is looked for");
+
+    world.device_gone = false;
+    const int opened = world.opened_devices;
+    const int sounds = world.sounds;
+    Expect(Offer() == "sound", "an offer does not sound");
+    Expect(world.opened_devices == opened + 1, "the device is not opened again");
+    Expect(world.sounds > sounds, "nothing is played on the device");
+    Offer();
+    Expect(world.opened_devices == opened + 1, "the device is opened more than once");
+    course_.user.Leave();
+}
+
+// ---- The program ----
+
+/// Killed while it saves a new event: the store holds the events of before, with it or without it.
+void Faults::KillAndStartAgain() {
+    const std::string old = Store();
+    course_.user.Click(desktop::kMenuPlan);
+    course_.user.Click(desktop::kAdd);
+    course_.program.MovePointer(desktop::kConfirm);
+    course_.follower.CatchUp();
+    course_.desk.Button(1, true);
+    desktop::SleepSeconds(course_.user.Chance(0, 0.02));
+    course_.program.Kill();
+    course_.desk.Button(1, false);
+
+    const std::vector<desktop::Record> events = desktop::ReadStore(Store());
+    const std::size_t before = desktop::ReadStore(old).size();
+    Expect(Store() == desktop::StoreBytes(events), "the store does not hold whole records");
+    Expect(events.size() == before || events.size() == before + 1, "the store has lost events");
+
+    course_.follower.CatchUp();
+    course_.judge.Restart();
+    course_.follower.Restart();
+    course_.program.StartAgain();
+    ++course_.restarts;
+    course_.program.Resize({40, 60, kUsualEdge, kUsualEdge});
+    course_.user.Leave();
+    course_.Pass(5);
+    Expect((course_.follower.Marks() & kOwlScreen) != 0, "it does not begin with the owl");
+}
+
+}  // namespace longrun
