@@ -21,8 +21,9 @@ constexpr int kRate = 44100;
 /// Waveforms are compared at a lower rate, which the owl's voice still fits into.
 constexpr int kStep = 16;
 
-/// Seconds of a sound that are looked for.
-constexpr double kCompared = 1;
+/// Seconds of a sound that are looked for: so many that the first half second, which may sound before the
+/// next click ends it, is not enough.
+constexpr double kCompared = 1.3;
 
 /// Two waveforms more alike than this are the same sound.
 constexpr double kSame = 0.8;

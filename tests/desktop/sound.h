@@ -46,8 +46,8 @@ struct Match {
     double likeness = 0;
 };
 
-/// Finds the best match of the first second of a sound of the data folder, such as "right.wav", from some
-/// second of a recording on.
+/// Finds the best match of the first 1.3 seconds of a sound of the data folder, such as "right.wav", from
+/// some second of a recording on.
 Match Find(const Waveform& recording, const std::string& sound, double from = 0);
 
 /// Returns the sounds that are in a recording from some second on, in the order of their starts.

@@ -52,7 +52,7 @@ class TheSound : public OnDesktop {
 
     /// Returns the sounds played since the last call, after time for one to be heard.
     Sounds Heard() {
-        recorder_.Wait(1.8);
+        recorder_.Wait(2.1);
         const Waveform played = recorder_.Played();
         const Sounds sounds = SoundsIn(played, heard_);
         heard_ = static_cast<double>(played.size()) / 44100;

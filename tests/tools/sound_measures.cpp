@@ -246,6 +246,7 @@ double Pitch(const Samples& samples, double time) {
     const std::size_t begin = At(time - 0.015);
     if (begin + kWindow + kLongest > samples.size()) return 0;
     std::vector<double> likeness;
+    likeness.reserve(kLongest - kShortest + 1);
     for (std::size_t lag = kShortest; lag <= kLongest; ++lag) {
         likeness.push_back(Likeness(samples, begin, lag));
     }
@@ -264,6 +265,7 @@ double Pitch(const Samples& samples, double time) {
 
 std::vector<double> Tune(const Samples& samples, const Hoot& hoot, int places) {
     std::vector<double> tune;
+    tune.reserve(static_cast<std::size_t>(places));
     for (int i = 0; i < places; ++i) {
         tune.push_back(Pitch(samples, hoot.from + (hoot.to - hoot.from) * i / (places - 1)));
     }
