@@ -1,15 +1,15 @@
 # SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 # SPDX-License-Identifier: MIT
 
-# Installs the texts that name the folders of the installation: the launcher and the manual pages; and the compressed
-# Debian texts. It runs while the project is installed, because only then the prefix is sure.
+# Installs the texts that name the folders of the installation: the launcher and the manual pages. It runs while the project
+# is installed, because only then the prefix is sure.
 #
 # set before: source (this folder), scratch (a folder to write in), program (the program, relative to the prefix)
 cmake_policy(VERSION 3.25)
 set(prefix ${CMAKE_INSTALL_PREFIX})
 
-# Installs packaging/FROM as the file `to`, relative to the prefix, after filling in the folders; `GZIP` among the
-# further arguments compresses it, `EXECUTABLE` lets it be run.
+# Installs packaging/FROM as the file `to`, relative to the prefix, after filling in the folders; `EXECUTABLE` as a
+# further argument lets it be run.
 function(install_text from to)
   cmake_path(GET to PARENT_PATH folder)
   cmake_path(GET to FILENAME name)
@@ -18,13 +18,7 @@ function(install_text from to)
   string(REPLACE ":-/usr/" ":-${prefix}/" text "${text}")
   string(REPLACE "@DATA@" "${prefix}/share/ulmaro-assistant" text "${text}")
   string(REPLACE "@GUIDE@" "${prefix}/share/doc/ulmaro-assistant/guida" text "${text}")
-  string(REPLACE "@APPLICATIONS@" "${prefix}/share/applications" text "${text}")
   file(WRITE ${made} "${text}")
-  if(GZIP IN_LIST ARGN)
-    # Without name and time, so that the same text gives the same file.
-    execute_process(COMMAND gzip -9nf ${made} COMMAND_ERROR_IS_FATAL ANY)
-    string(APPEND made .gz)
-  endif()
   set(permissions OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
   if(EXECUTABLE IN_LIST ARGN)
     list(APPEND permissions OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
@@ -33,10 +27,8 @@ function(install_text from to)
 endfunction()
 
 install_text(ulmaro-assistant bin/ulmaro-assistant EXECUTABLE)
-install_text(man/ulmaro-assistant.1 share/man/man1/ulmaro-assistant.1 GZIP)
-install_text(man/it/ulmaro-assistant.1 share/man/it/man1/ulmaro-assistant.1 GZIP)
-install_text(changelog share/doc/ulmaro-assistant/changelog.Debian GZIP)
-install_text(lintian-overrides share/lintian/overrides/ulmaro-assistant)
+install_text(man/ulmaro-assistant.1 share/man/man1/ulmaro-assistant.1)
+install_text(man/it/ulmaro-assistant.1 share/man/it/man1/ulmaro-assistant.1)
 
 # The guide's address is inside the program since it was compiled, unless that is a page of the web.
 set(guide file://${prefix}/share/doc/ulmaro-assistant/guida/index.html)

@@ -671,6 +671,27 @@ TEST_F(TheCalendar, KeepsWhatWasConfirmedWhenItIsKilled) {
     EXPECT_EQ(program().Said(), "");
 }
 
+TEST_F(TheCalendar, KeepsWhatWasConfirmedWhenItIsClosedOrKilledWhileAnEventIsChanged) {
+    const Record there = Appointment("Prima", 20, 9);
+    Begin({there});
+    for (const bool by_force : {false, true}) {
+        OpenList();
+        Click(Row(0));
+        TypeInto(kNameField, " mai confermato");
+        Click(kDayUp);
+
+        if (by_force)
+            program().Kill();
+        else
+            End();
+        EXPECT_TRUE(Stores({there})) << (by_force ? "killed" : "closed");
+        BeginAgain();
+        OpenList();
+        EXPECT_EQ(RowName(0), "Prima");
+        Click(kCorner);
+    }
+}
+
 TEST_F(TheCalendar, ShowsByItsTitleWhatIsUnsavedAndSavesItByItself) {
     Begin({});
     const std::string store = program().Files().Path(kStoreFile);
