@@ -3,12 +3,17 @@
 
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
-// Two source files fill it in: desktop_x11.cpp, the only one that includes Xlib, and desktop_posix.cpp for
-// clocks and web pages, which need no window system. Tests fill it in with a desktop of their own. Nothing
-// here fails loudly: where the desktop has no answer, the function says what it does.
+// Three source files fill it in: desktop_x11.cpp, the only one that includes Xlib, desktop_posix.cpp for
+// clocks and web pages, which need no window system, and desktop_notice.cpp for notices on the message bus.
+// Tests fill it in with a desktop of their own. Nothing here fails loudly: where the desktop has no answer,
+// the function says what it does.
 #pragma once
 
 #include <cstdint>
+#include <string>
+
+/// The program's name for the desktop: its window's class, its entry in menus and its icon.
+inline constexpr char kProgramName[] = "ulmaro-assistant";
 
 // ---- The pointer ----
 
@@ -53,6 +58,14 @@ void SetWindowIdentity(const char* program, const WindowIcon& icon);
 /// Asks the window manager to minimise the window; without one nothing happens.
 void MinimiseWindow();
 
+/// Brings the window up in front of the others and gives it the focus, also where it is minimised or on
+/// another desktop. To be called for what the user has just done: it costs a round trip to the window system.
+void RaiseWindow();
+
+/// Asks for the user's attention, as the desktop does that: a task bar lets the window's button flash, say.
+/// Or takes that back. Costs round trips to the window system, so call it only when the answer changes.
+void DemandAttention(bool wanted);
+
 /// Returns whether GLUT can take the text for a place or size on the screen, such as "300x300+10-20".
 bool IsGeometry(const char* text);
 
@@ -66,6 +79,10 @@ bool IsGeometry(const char* text);
 /// desktop has told since the last call; only where something has changed it asks, at most ten times a
 /// second.
 bool IsWindowSeen();
+
+/// Returns whether the window has the focus of the keyboard, as far as the desktop had told when
+/// IsWindowSeen() was called last. Where the desktop cannot be asked, it counts as having it.
+bool IsWindowFocused();
 
 /// Asks to be told of the next refresh of the screen. Returns false where the desktop does not tell. While
 /// one is awaited that was asked for less than ten seconds ago, nothing new is asked.
@@ -91,3 +108,26 @@ void AwaitSight(std::uint64_t nanoseconds);
 /// Lets a buffer swap wait for that many screen refreshes (0: not at all), where the driver offers swap
 /// control.
 void SetSwapInterval(int refreshes);
+
+// ---- Notices ----
+//
+// The desktop shows one notice of the program at a time, in a window of its own beside the others. None of
+// these functions waits or says anything: without a message bus, or without a server of notices on it, there
+// are none.
+
+/// A notice: plain text, UTF-8 without control characters; lines of `text` end with "\n".
+struct DesktopNotice {
+    std::string title;
+    std::string text;
+    const char* category;  ///< as the Desktop Notifications Specification has them
+};
+
+/// Shows a notice, in place of the one before.
+void ShowNotice(const DesktopNotice& notice);
+
+/// Takes the notice away, if one is shown or on its way.
+void CloseNotice();
+
+/// Sends and takes in what it can; to be called in every frame. Returns whether the user has clicked the
+/// notice since the last call.
+bool ServeNotice();

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The part of the seam to the desktop that X11 fills in: pointer, window class and icon, swap control. No
-// other source includes Xlib.
+// The part of the seam to the desktop that X11 fills in: pointer, window class and icon, attention, swap
+// control. No other source includes Xlib.
 #include <GL/glx.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -68,6 +68,29 @@ std::uint64_t RealNanoseconds() {
     return static_cast<std::uint64_t>(now.tv_sec) * 1'000'000'000U + static_cast<std::uint64_t>(now.tv_nsec);
 }
 
+/// Sends the window manager a message about a window, as the Extended Window Manager Hints have them.
+void TellWindowManager(Display* display, Window window, const char* message, long first, long second,
+                       long third = 0, long fourth = 0) {
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, message, False);
+    event.xclient.format = 32;
+    const long data[] = {first, second, third, fourth};
+    std::copy(std::begin(data), std::end(data), event.xclient.data.l);
+    XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
+               &event);
+}
+
+/// Sets or clears the hint of the older kind, which window managers without the newer one know.
+void SetUrgencyHint(Display* display, bool urgent) {
+    const std::unique_ptr<XWMHints, decltype(&XFree)> hints(XGetWMHints(display, glXGetCurrentDrawable()),
+                                                            &XFree);
+    XWMHints changed = hints ? *hints : XWMHints();
+    changed.flags = urgent ? changed.flags | XUrgencyHint : changed.flags & ~XUrgencyHint;
+    XSetWMHints(display, glXGetCurrentDrawable(), &changed);
+}
+
 /// Waits until an event of GLUT's window has come, at most so many nanoseconds.
 void AwaitWindowEvent(std::uint64_t nanoseconds) {
     Display* display = WindowConnection();
@@ -124,6 +147,19 @@ void MinimiseWindow() {
     XFlush(display);
 }
 
+void DemandAttention(bool wanted) {
+    constexpr long kRemove = 0;
+    constexpr long kAdd = 1;
+    constexpr long kFromProgram = 1;
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    SetUrgencyHint(display, wanted);
+    const Atom state = XInternAtom(display, "_NET_WM_STATE_DEMANDS_ATTENTION", False);
+    TellWindowManager(display, glXGetCurrentDrawable(), "_NET_WM_STATE", wanted ? kAdd : kRemove,
+                      static_cast<long>(state), 0, kFromProgram);
+    XFlush(display);
+}
+
 bool IsGeometry(const char* text) {
     int x = 0;
     int y = 0;
@@ -158,7 +194,7 @@ void SetSwapInterval(int refreshes) {
 //   connect          selects: our window's properties, structure and visibility; the root window's properties
 //   and
 //                    the structure of its children; the screen saver; the Present extension's completions
-//   an event         that may change who sees the window is only noted
+//   an event         that may change who sees the window is only noted; one of the focus is taken at its word
 //   IsWindowSeen     if one was noted, and the last look was a tenth of a second ago, looks again: it sends
 //   all
 //                    questions at once and then reads the answers, so a look is two waits, however many
@@ -199,7 +235,7 @@ struct Rectangle {
     }
 };
 
-/// The properties that are read.
+/// The properties that are read, and at the end the one that is written to learn the server's time.
 enum AtomName {
     kWmState,
     kNetWmState,
@@ -211,6 +247,7 @@ enum AtomName {
     kGtkFrameExtents,
     kNetWmWindowOpacity,
     kNetWmOpaqueRegion,
+    kServerTime,
     kAtoms
 };
 
@@ -225,6 +262,7 @@ constexpr const char* kAtomNames[kAtoms] = {
     "_GTK_FRAME_EXTENTS",
     "_NET_WM_WINDOW_OPACITY",
     "_NET_WM_OPAQUE_REGION",
+    "_ULMARO_SERVER_TIME",
 };
 
 /// The second connection and what came over it. Written by the functions below.
@@ -242,6 +280,8 @@ struct Watch {
     bool screen_saver = false;            ///< it covers the screen
     std::uint8_t screen_saver_event = 0;  ///< the number of its event; 0: the server has none
     bool seen = true;                     ///< by the last look
+    bool focused = true;                  ///< our window, by its events
+    xcb_timestamp_t server_time = 0;      ///< of the last change of a property
 
     std::uint8_t present = 0;      ///< major opcode of the Present extension; 0: the server has none
     std::uint32_t serial = 0;      ///< of the last refresh that was asked for
@@ -299,6 +339,15 @@ void SelectEvents(xcb_window_t window, std::uint32_t events) {
     xcb_change_window_attributes(watch.connection, window, XCB_CW_EVENT_MASK, &events);
 }
 
+/// Selects our window's events, and asks what they do not tell: whether it has the focus already.
+void SelectWindowEvents() {
+    SelectEvents(watch.window, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                   XCB_EVENT_MASK_VISIBILITY_CHANGE | XCB_EVENT_MASK_FOCUS_CHANGE);
+    const auto focus =
+        Owned(xcb_get_input_focus_reply(watch.connection, xcb_get_input_focus(watch.connection), nullptr));
+    watch.focused = focus && focus->focus == watch.window;
+}
+
 /// Connects once; returns whether there is a connection.
 bool Connect() {
     if (watch.tried) return watch.connection != nullptr;
@@ -314,8 +363,7 @@ bool Connect() {
     watch.window = static_cast<xcb_window_t>(glXGetCurrentDrawable());
     watch.root = static_cast<xcb_window_t>(DefaultRootWindow(display));
     AskForAtoms();
-    SelectEvents(watch.window, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
-                                   XCB_EVENT_MASK_VISIBILITY_CHANGE);
+    SelectWindowEvents();
     SelectEvents(watch.root, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     SelectScreenSaver();
     SelectRefreshes();
@@ -343,6 +391,19 @@ void NoteRefresh(const xcb_present_complete_notify_event_t& event) {
     watch.refresh_taken = RealNanoseconds();
 }
 
+/// Notes who has the focus. A window manager that grabs the keyboard, for a shortcut say, borrows the focus
+/// only; and where the focus is at the pointer, that is nobody's choice of a window.
+void NoteFocus(const xcb_focus_in_event_t& event) {
+    if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB) return;
+    if (event.detail == XCB_NOTIFY_DETAIL_POINTER) return;
+    watch.focused = (event.response_type & 0x7FU) == XCB_FOCUS_IN;
+}
+
+void NoteProperty(const xcb_property_notify_event_t& event) {
+    watch.server_time = event.time;
+    if (ConcernsSight(event.atom)) watch.changed = true;
+}
+
 void TakeEvent(const xcb_generic_event_t& event) {
     const std::uint8_t type = event.response_type & 0x7FU;
     const auto as = [&]<typename Event>(const Event*) { return reinterpret_cast<const Event&>(event); };
@@ -350,7 +411,9 @@ void TakeEvent(const xcb_generic_event_t& event) {
         if (as(static_cast<xcb_ge_generic_event_t*>(nullptr)).extension != watch.present) return;
         NoteRefresh(reinterpret_cast<const xcb_present_complete_notify_event_t&>(event));
     } else if (type == XCB_PROPERTY_NOTIFY) {
-        if (ConcernsSight(as(static_cast<xcb_property_notify_event_t*>(nullptr)).atom)) watch.changed = true;
+        NoteProperty(as(static_cast<xcb_property_notify_event_t*>(nullptr)));
+    } else if (type == XCB_FOCUS_IN || type == XCB_FOCUS_OUT) {
+        NoteFocus(as(static_cast<xcb_focus_in_event_t*>(nullptr)));
     } else if (type == XCB_VISIBILITY_NOTIFY) {
         const auto visibility = as(static_cast<xcb_visibility_notify_event_t*>(nullptr));
         watch.obscured = visibility.state == XCB_VISIBILITY_FULLY_OBSCURED;
@@ -527,6 +590,27 @@ bool Look() {
     return watch.mapped && !watch.obscured && !watch.screen_saver && !minimised && !elsewhere && !covered;
 }
 
+/// Returns the server's time, in its own milliseconds: that of an event which a change without effect brings.
+/// Window managers compare it with the time of the user's last click or key. 0 where it cannot be had.
+xcb_timestamp_t ServerTime() {
+    if (!Connect()) return 0;
+    xcb_change_property(watch.connection, XCB_PROP_MODE_APPEND, watch.window, watch.atoms[kServerTime],
+                        XCB_ATOM_STRING, 8, 0, nullptr);
+    Owned(xcb_get_input_focus_reply(watch.connection, xcb_get_input_focus(watch.connection), nullptr));
+    TakeEvents();
+    return watch.server_time;
+}
+
+/// Lets the window manager go to the desktop that the window is on: not every one does when the window is to
+/// be brought up.
+void ShowDesktopOfWindow(Display* display) {
+    if (!Connect()) return;
+    const std::uint32_t desktop = Numbers(watch.window, kNetWmDesktop).First(kAllDesktops);
+    const std::uint32_t current = Numbers(watch.root, kNetCurrentDesktop).First(desktop);
+    if (desktop == kAllDesktops || desktop == current) return;
+    TellWindowManager(display, DefaultRootWindow(display), "_NET_CURRENT_DESKTOP", desktop, ServerTime());
+}
+
 /// Waits for something to read on the second connection, and on GLUT's if asked, at most so many nanoseconds.
 /// Returns whether it was GLUT's.
 bool AwaitConnections(std::uint64_t nanoseconds, bool glut_too) {
@@ -564,6 +648,21 @@ bool IsWindowSeen() {
     watch.last_look = now;
     watch.seen = Look();
     return watch.seen;
+}
+
+bool IsWindowFocused() {
+    return watch.focused;
+}
+
+void RaiseWindow() {
+    constexpr long kFromUser = 2;  // what the user does in a dock counts the same
+    Display* display = WindowConnection();
+    if (display == nullptr) return;
+    const Window window = glXGetCurrentDrawable();
+    ShowDesktopOfWindow(display);
+    XMapRaised(display, window);
+    TellWindowManager(display, window, "_NET_ACTIVE_WINDOW", kFromUser, ServerTime());
+    XFlush(display);
 }
 
 bool RequestRefresh() {

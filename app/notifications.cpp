@@ -6,7 +6,9 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <cstdint>
 
+#include "app/attention.h"
 #include "app/owl.h"
 #include "app/sounds.h"
 #include "app/state.h"
@@ -44,9 +46,11 @@ struct Findings {
     bool rearmed = false;             ///< a weekly event is armed again
     ListedEvent* dated = nullptr;     ///< the foremost due appointment or weekly event
     ListedEvent* reminder = nullptr;  ///< the foremost due reminder
+    ListedEvent* new_due = nullptr;   ///< the foremost event that was not due in the pass before
 
     void AddDue(ListedEvent& event) {
         ++due;
+        if (event.passes_due == 1 && new_due == nullptr) new_due = &event;
         ListedEvent*& foremost = event.kind == kReminder ? reminder : dated;
         if (foremost == nullptr) foremost = &event;
     }
@@ -54,6 +58,13 @@ struct Findings {
 
 bool IsDue(const Event& event, const Moment& now) {
     return IsReminderDue(event) || IsDatedEventDue(event, now);
+}
+
+/// Counts the passes that found an event due. Writes only what changes, because writing all events takes
+/// longer than reading them.
+void CountPass(ListedEvent& event, bool due) {
+    const auto passes = static_cast<std::uint8_t>(due ? std::min(event.passes_due + 1, 2) : 0);
+    if (event.passes_due != passes) event.passes_due = passes;
 }
 
 /// Lets reminders count, finds what is due, arms weekly events again, and checks the order: all in one walk,
@@ -66,7 +77,9 @@ Findings ExamineEvents(const Moment& now) {
         ahead.Visit(event);
         if (!order.Accepts(event)) findings.in_order = false;
         CountReminder(event, global_time);
-        if (IsDue(event, now)) findings.AddDue(event);
+        const bool due = IsDue(event, now);
+        CountPass(event, due);
+        if (due) findings.AddDue(event);
         if (Rearm(event, now)) findings.rearmed = true;
     }
     return findings;
@@ -83,13 +96,15 @@ void SortAndFindForemost(Findings& findings, const Moment& now) {
     }
 }
 
-/// Counts the due events and chooses the one to be opened: appointments and weekly events go before
-/// reminders.
+/// Counts the due events, tells of the one whose falling due has raised their number, and chooses the one to
+/// be opened: appointments and weekly events go before reminders.
 void FindDueEvents() {
     const Moment now = frame_time;
     Findings findings = ExamineEvents(now);
     if (!findings.in_order) SortAndFindForemost(findings, now);
+    const bool risen = findings.due > n_notify;
     n_notify = findings.due;
+    if (risen && findings.new_due != nullptr) NoteRise(*findings.new_due);
     new_notify = findings.due > 0;
     if (new_notify) edit_event = findings.dated != nullptr ? findings.dated : findings.reminder;
     if (findings.rearmed) SaveEvents();

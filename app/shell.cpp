@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+#include "app/attention.h"
 #include "app/character.h"
 #include "app/desktop.h"
 #include "app/double_click.h"
@@ -136,6 +137,7 @@ void display() {
     ResetFrameInput();
     RestSoundWhenQuiet(window.last_frame);
     KeepSaving();
+    KeepAttention();
     glutPostRedisplay();
 }
 

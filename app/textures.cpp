@@ -154,7 +154,7 @@ void SetWindowClassAndIcon() {
     if (ReadRawImage("window_icon", image) == nullptr) {
         icon = {static_cast<int>(image.width), static_cast<int>(image.height), image.pixels.data()};
     }
-    SetWindowIdentity("ulmaro-assistant", icon);
+    SetWindowIdentity(kProgramName, icon);
 }
 
 void LoadTextures() {

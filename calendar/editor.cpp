@@ -168,7 +168,7 @@ void ShowRepeat(const EditorFrame& frame) {
     if (!frame.editable || frame.event.kind != kReminder) return;
     std::int32_t& repeat = frame.event.repeat;
     if (const Repeat* row = RepeatOf(frame.event)) {
-        glPrintText(17, 330, kTextSize, false, "%s", row->label);
+        glPrintText(17, 330, kTextSize, false, "Ricordamelo %s", row->period);
     }
     if (ShowStepArrow(button_arrow_u, 215, 365)) repeat = repeat < kLastRepeat ? repeat + 1 : 0;
     if (ShowStepArrow(button_arrow_d, 215, 315)) repeat = repeat > 0 ? repeat - 1 : kLastRepeat;

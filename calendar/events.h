@@ -57,6 +57,7 @@ struct ListedEvent : Event {
     ListedEvent() = default;
     ListedEvent(const Event& event) : Event(event) {}
 
+    std::uint8_t passes_due = 0;  ///< how many passes of the notices in a row found it due, at most 2
     double lost = 0;  ///< what the float `elapsed` lacks of the exact sum (engine/compensated_sum.h), seconds
 };
 

@@ -44,17 +44,17 @@ inline constexpr LeadTime kLeadTimes[] = {
 
 /// How often a reminder comes.
 struct Repeat {
-    float seconds;      ///< its period
-    bool inclusive;     ///< whether it is due at the period's last instant, or only after it
-    const char* label;  ///< what the editor says
+    float seconds;       ///< its period
+    bool inclusive;      ///< whether it is due at the period's last instant, or only after it
+    const char* period;  ///< in words
 };
 
 /// The values of Event::repeat. Deliberate: only the three-hour period is inclusive. The longest must be: at
 /// start every reminder has waited just that long, and is due at once.
 inline constexpr Repeat kRepeats[] = {
-    {3600, false, "Ricordamelo ogni ora"},
-    {7200, false, "Ricordamelo ogni 2 ore"},
-    {10800, true, "Ricordamelo ogni 3 ore"},
+    {3600, false, "ogni ora"},
+    {7200, false, "ogni 2 ore"},
+    {10800, true, "ogni 3 ore"},
 };
 
 inline constexpr std::int32_t kLastRepeat = static_cast<std::int32_t>(std::size(kRepeats)) - 1;

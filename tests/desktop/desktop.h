@@ -66,6 +66,12 @@ class Desktop {
         return session_.ClientEnvironment();
     }
 
+    /// Starts the desktop's message bus, unless it runs.
+    void StartBus() { session_.StartBus(); }
+
+    /// Returns the message bus; it must run.
+    Process& Bus() { return session_.Bus(); }
+
     /// Returns what manages the windows.
     WindowManager Manager() const { return manager_; }
 

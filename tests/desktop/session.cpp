@@ -101,6 +101,7 @@ Session::Session(WindowManager manager) {
                     {"XDG_RUNTIME_DIR", folder_.Path()},
                     {"GSETTINGS_BACKEND", "memory"},
                     {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder_.Path("bus")}};
+    client_environment_["DBUS_SESSION_BUS_ADDRESS"] = environment_["DBUS_SESSION_BUS_ADDRESS"];
     folder_.Write("kwinrc", "[Desktops]\nNumber=4\nRows=1\n");
     XSetErrorHandler(IgnoreError);
     if (manager == WindowManager::kMutterWayland) {
@@ -141,9 +142,14 @@ void Session::StartServer() {
 }
 
 void Session::StartBus() {
+    if (bus_) return;
+    folder_.Write("bus.conf", "<busconfig><type>session</type><listen>" +
+                                  environment_["DBUS_SESSION_BUS_ADDRESS"] +
+                                  "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+                                  "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
     Command command;
-    command.words = {"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                     "--address=" + environment_["DBUS_SESSION_BUS_ADDRESS"]};
+    command.words = {"dbus-daemon", "--config-file=" + folder_.Path("bus.conf"), "--nofork", "--nopidfile"};
     command.environment = environment_;
     command.error_file = folder_.Path("bus_said");
     bus_.emplace(command);

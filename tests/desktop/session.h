@@ -49,15 +49,21 @@ class Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
+    /// Starts the message bus, unless it runs. On it is nobody but who connects: it starts no services.
+    void StartBus();
+
+    /// Returns the message bus; it must run.
+    Process& Bus() { return *bus_; }
+
     /// Returns a connection to the server, closed with the session.
     Display* Connection() const { return connection_; }
 
-    /// Returns the variables that a client's environment needs to connect.
+    /// Returns the variables that a client's environment needs to connect, to the message bus too where there
+    /// is one.
     const std::map<std::string, std::string>& ClientEnvironment() const { return client_environment_; }
 
   private:
     void StartServer();
-    void StartBus();
     void StartManager(const std::vector<std::string>& words);
     void StartWaylandSession();
     void Connect();

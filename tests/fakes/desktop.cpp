@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "tests/fakes/log.h"
 
@@ -91,6 +92,36 @@ void SetSwapInterval(int refreshes) {
 void MinimiseWindow() {
     fakes::Record("MinimiseWindow");
     ++fakes::desktop().minimised;
+}
+
+void RaiseWindow() {
+    fakes::Record("RaiseWindow");
+    ++fakes::desktop().raised;
+}
+
+void DemandAttention(bool wanted) {
+    fakes::Record("DemandAttention", {wanted});
+    fakes::desktop().demands.push_back(wanted);
+}
+
+bool IsWindowFocused() {
+    return fakes::desktop().focused;
+}
+
+void ShowNotice(const DesktopNotice& notice) {
+    fakes::Record("ShowNotice", {}, notice.title);
+    fakes::desktop().notices.push_back(notice);
+    fakes::desktop().notice_shown = true;
+}
+
+void CloseNotice() {
+    fakes::Record("CloseNotice");
+    ++fakes::desktop().notices_closed;
+    fakes::desktop().notice_shown = false;
+}
+
+bool ServeNotice() {
+    return std::exchange(fakes::desktop().notice_clicked, false);
 }
 
 bool IsGeometry(const char* text) {

@@ -11,6 +11,8 @@
 //     fakes::desktop().tells_of_refreshes = true;          // each comes refresh_after its request
 //     fakes::desktop().refresh_after.reset();              // the screen is off: none comes any more
 //     fakes::desktop().seen = false;                       // the window is minimised, say
+//     fakes::desktop().focused = false;                    // another window has the focus
+//     fakes::desktop().notice_clicked = true;              // told once
 //     EXPECT_EQ(fakes::desktop().opened, (std::vector<std::string>{"https://..."}));
 //     EXPECT_EQ(fakes::desktop().swap_intervals, (std::vector<int>{1}));
 //     EXPECT_EQ(fakes::desktop().pointer_calls, 1);
@@ -34,6 +36,8 @@ struct Desktop {
     std::uint64_t nanoseconds = 1'000'000'000;  ///< what the clock shows; it stands still by itself
 
     bool seen = true;                           ///< somebody may see the window
+    bool focused = true;                        ///< the window has the focus
+    bool notice_clicked = false;                ///< the user has clicked the notice
     bool tells_of_refreshes = false;            ///< as with the X Present extension
     std::uint64_t refresh_period = 16'000'000;  ///< what RefreshPeriod returns, ns
     std::uint64_t frame_processor = 0;          ///< how far each look moves the processor's clock, ns
@@ -51,6 +55,11 @@ struct Desktop {
     int clock_calls = 0;
     int mouse_resets = 0;
     int minimised = 0;                               ///< how often the window was
+    int raised = 0;                                  ///< how often the window was
+    std::vector<bool> demands;                       ///< every demand for attention (or its end), in order
+    std::vector<DesktopNotice> notices;              ///< every notice, in order
+    bool notice_shown = false;                       ///< the last of them has not been taken away
+    int notices_closed = 0;                          ///< how often a notice was taken away
     std::uint64_t processor = 500'000'000;           ///< the processor's clock, ns; the start has used some
     std::optional<std::uint64_t> refresh_asked_for;  ///< when; nothing: none that has not come
     std::vector<std::string> opened;                 ///< every web address, in order

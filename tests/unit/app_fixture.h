@@ -22,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "app/attention.h"
 #include "app/character.h"
 #include "app/double_click.h"
 #include "app/input.h"
@@ -100,6 +101,7 @@ class AppTest : public fakes::Test {
         event_list = ListState();
         quiz = QuizState();
         notifications = NotificationState();
+        attention = AttentionState();
         listening_to_typing = true;
         listening_to_leaving = true;
         ForgetStrokes();

@@ -77,12 +77,12 @@ TEST_F(NoticesTest, ARemindersNumberIsARowOfTheRepeats) {
     struct Case {
         int repeat;
         float seconds;
-        const char* label;
+        const char* period;
     };
     const Case cases[] = {
-        {0, 3600, "Ricordamelo ogni ora"},
-        {1, 7200, "Ricordamelo ogni 2 ore"},
-        {2, 10800, "Ricordamelo ogni 3 ore"},
+        {0, 3600, "ogni ora"},
+        {1, 7200, "ogni 2 ore"},
+        {2, 10800, "ogni 3 ore"},
     };
     EXPECT_EQ(kLastRepeat, 2);
     for (const Case& row : cases) {
@@ -90,7 +90,7 @@ TEST_F(NoticesTest, ARemindersNumberIsARowOfTheRepeats) {
 
         ASSERT_NE(repeat, nullptr) << row.repeat;
         EXPECT_EQ(repeat->seconds, row.seconds) << row.repeat;
-        EXPECT_STREQ(repeat->label, row.label);
+        EXPECT_STREQ(repeat->period, row.period);
     }
 }
 
