@@ -3,10 +3,10 @@
 
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
-// Three source files fill it in: desktop_x11.cpp, the only one that includes Xlib, desktop_posix.cpp for
-// clocks and web pages, which need no window system, and desktop_notice.cpp for notices on the message bus.
-// Tests fill it in with a desktop of their own. Nothing here fails loudly: where the desktop has no answer,
-// the function says what it does.
+// Four source files fill it in: desktop_x11.cpp and, for the keyboard, keyboard_x11.cpp, the only ones that
+// include Xlib; desktop_posix.cpp for clocks and web pages, which need no window system; and
+// desktop_notice.cpp for notices on the message bus. Tests fill it in with a desktop of their own. Nothing
+// here fails loudly: where the desktop has no answer, the function says what it does.
 #pragma once
 
 #include <cstdint>
@@ -28,6 +28,14 @@ ScreenPoint GlobalPointer();
 
 /// Moves the pointer to screen point (400, 300).
 void ResetMouse();
+
+// ---- The keyboard ----
+
+/// From now on reports the characters that GLUT's keyboard callback does not: those composed with dead keys
+/// or the Compose key, as the user's locale has them, and those beyond Latin-1. `typed` is called in the
+/// order of the keys, between GLUT's callbacks. A letter that goes into a composed character is not reported
+/// by itself.
+void ListenToComposing(void (*typed)(char32_t character));
 
 // ---- Clocks and web pages ----
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 // The part of the seam to the desktop that X11 fills in: pointer, window class and icon, attention, swap
-// control. No other source includes Xlib.
+// control. Of the other sources only keyboard_x11.cpp includes Xlib.
 #include <GL/glx.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>

@@ -84,7 +84,7 @@ bool DrawScreen() {
 /// Draws a whole frame. Returns false where it must be drawn again at once, for the screen that follows.
 bool DrawFrame() {
     frame_time = LocalTime();
-    DeliverTyping(EditorTakesText());
+    DeliverTyping(EditorRoom());
     DropSecondPress();
     const int screen = menu_case_id;
     ClearFrame();

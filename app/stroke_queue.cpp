@@ -26,13 +26,22 @@ void EnqueueCharacter(unsigned char character) {
     if (queue.waiting.size() < kLongestQueue) queue.waiting.push_back({character});
 }
 
+void EnqueueTogether(std::string_view characters) {
+    if (queue.waiting.size() + characters.size() > kLongestQueue) return;
+    auto together = static_cast<int>(characters.size());
+    for (const char character : characters) {
+        queue.waiting.push_back({static_cast<unsigned char>(character), together});
+        together = 1;
+    }
+}
+
 void MarkPress() {
     queue.place_of_press = queue.waiting.size();
 }
 
 void EnqueuePress(float x, float y, std::uint64_t time) {
     const std::size_t place = std::min(queue.place_of_press, queue.waiting.size());
-    queue.waiting.insert(queue.waiting.begin() + static_cast<std::ptrdiff_t>(place), {0, x, y, time});
+    queue.waiting.insert(queue.waiting.begin() + static_cast<std::ptrdiff_t>(place), {0, 1, x, y, time});
 }
 
 bool DequeueStroke(Stroke& stroke) {
@@ -40,6 +49,11 @@ bool DequeueStroke(Stroke& stroke) {
     stroke = queue.waiting.front();
     queue.waiting.pop_front();
     return true;
+}
+
+void DropStrokes(int count) {
+    const auto dropped = std::min(static_cast<std::size_t>(count), queue.waiting.size());
+    queue.waiting.erase(queue.waiting.begin(), queue.waiting.begin() + static_cast<std::ptrdiff_t>(dropped));
 }
 
 void DropCharacters() {

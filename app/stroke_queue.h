@@ -8,10 +8,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 /// A typed character, or a press of the left button.
 struct Stroke {
     unsigned char character = 0;  ///< a code of key_state; 0: a press
+    int together = 1;             ///< of a character: so many from it on go into a field whole or not at all
     float x = 0, y = 0;           ///< where the press happened, window pixels, origin top left
     std::uint64_t time = 0;       ///< when it happened, by the monotonic clock, nanoseconds
 
@@ -21,6 +23,10 @@ struct Stroke {
 /// Appends a typed character, not 0. Does nothing while 345 strokes wait, the largest field's characters.
 void EnqueueCharacter(unsigned char character);
 
+/// Appends characters that stand for one key, such as a letter and an apostrophe. Does nothing where 345
+/// strokes do not leave room for all of them.
+void EnqueueTogether(std::string_view characters);
+
 /// Marks the present end of the queue as the place of a press that has just happened.
 void MarkPress();
 
@@ -29,6 +35,9 @@ void EnqueuePress(float x, float y, std::uint64_t time);
 
 /// Takes the oldest stroke. Returns false where there is none.
 bool DequeueStroke(Stroke& stroke);
+
+/// Drops so many of the oldest strokes.
+void DropStrokes(int count);
 
 /// Drops all characters before the next press.
 void DropCharacters();

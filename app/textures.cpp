@@ -92,13 +92,13 @@ const char* ReadPixels(std::FILE* file, std::uint64_t length, RawImage& image) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     const auto limit = static_cast<std::uint32_t>(largest);
-    if (image.width == 0 || image.height == 0) return "le sue misure sono zero";
-    if (image.width > limit || image.height > limit) return "le sue misure sono troppo grandi";
+    if (image.width == 0 || image.height == 0) return "le sue dimensioni sono zero";
+    if (image.width > limit || image.height > limit) return "le sue dimensioni sono troppo grandi";
 
     const std::uint64_t bytes = std::uint64_t{image.width} * image.height * kPixelBytes;
     if (length < kHeaderBytes + bytes) return "il file e' troncato";
     image.pixels.resize(bytes);
-    if (std::fread(image.pixels.data(), 1, bytes, file) != bytes) return "non si riesce a leggerlo";
+    if (std::fread(image.pixels.data(), 1, bytes, file) != bytes) return "il file non si riesce a leggere";
     return nullptr;
 }
 
@@ -108,7 +108,7 @@ const char* ReadRawImage(const char* path, RawImage& image) try {
     if (stat(path, &status) != 0) return "il file non c'e'";
     if (!S_ISREG(status.st_mode)) return "non e' un file";
     const File file(std::fopen(path, "rb"));
-    if (file == nullptr) return "non si riesce ad aprirlo";
+    if (file == nullptr) return "il file non si riesce ad aprire";
     return ReadPixels(file.get(), static_cast<std::uint64_t>(status.st_size), image);
 } catch (const std::bad_alloc&) {
     return "la memoria non basta";
@@ -129,7 +129,7 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& i
 
     if (const char* reason = ReadRawImage(path, image)) {
         glDeleteTextures(1, &texture);
-        std::fprintf(stderr, "Ulmaro Assistant: non posso usare l'immagine \"%s\": %s.\n", path, reason);
+        std::fprintf(stderr, "Ulmaro Assistant: non riesco a usare l'immagine \"%s\": %s.\n", path, reason);
         std::exit(EXIT_FAILURE);
     }
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width),

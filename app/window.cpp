@@ -66,9 +66,10 @@ std::string WithSize(const char* geometry) {
 void EndWithoutWindow(const char* format, std::va_list arguments) {
     char reason[256];
     if (std::vsnprintf(reason, sizeof reason, format, arguments) < 0) reason[0] = '\0';
-    std::fprintf(stderr,
-                 "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL (%s).\n",
-                 reason);
+    std::fprintf(
+        stderr,
+        "Ulmaro Assistant: non riesco ad aprire la finestra, serve uno schermo X11 con OpenGL (%s).\n",
+        reason);
     std::exit(EXIT_FAILURE);
 }
 

@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <limits>
 #include <string>
@@ -28,6 +29,10 @@ namespace {
 
 constexpr float kTextSize = 10;
 constexpr float kCaretSeconds = 0.5F;  ///< so long the caret is visible, and so long it is not
+
+// What can be typed into the fields; their records have more bytes.
+constexpr std::size_t kLongestName = 17;
+constexpr std::size_t kLongestDescription = 345;
 
 constexpr ButtonPlace kConfirmButton = {476.62F, 436.5F, 20.5F, 20};
 constexpr ButtonPlace kNameArea = {120, 220, 92, 15};
@@ -271,9 +276,12 @@ void TypeInto(char (&field)[kBytes], const std::string& before, std::size_t long
     std::copy_n(text.begin(), std::min<std::size_t>(text.size(), kBytes), field);
 }
 
+/// Returns how many characters a field that takes so many has room for behind its text.
+int RoomBehind(const std::string& text, std::size_t longest) {
+    return text.size() < longest ? static_cast<int>(longest - text.size()) : 0;
+}
+
 void TypeIntoFocus(const EditorFrame& frame) {
-    constexpr std::size_t kLongestName = 17;
-    constexpr std::size_t kLongestDescription = 345;
     if (!frame.editable) return;
     Event& event = frame.event;
     if (edit_tf == kNameField) TypeInto(event.name, NameOf(event), kLongestName);
@@ -282,8 +290,11 @@ void TypeIntoFocus(const EditorFrame& frame) {
 
 }  // namespace
 
-bool EditorTakesText() {
-    return menu_case_id == kEditorScreen && edit_tf != kNoField;
+int EditorRoom() {
+    if (menu_case_id != kEditorScreen || edit_tf == kNoField) return kNoFocus;
+    if (edit_event == nullptr) return 0;
+    return edit_tf == kNameField ? RoomBehind(NameOf(*edit_event), kLongestName)
+                                 : RoomBehind(DescriptionOf(*edit_event), kLongestDescription);
 }
 
 bool EventEditor() {

@@ -23,8 +23,12 @@ struct CaretState {
 /// Written by the editor; tests set it.
 extern CaretState caret;
 
-/// Returns whether characters that are typed now go into a field.
-bool EditorTakesText();
+/// What EditorRoom() returns where no field has the focus.
+constexpr int kNoFocus = -1;
+
+/// Returns how many more characters the field that has the focus takes; kNoFocus where characters that are
+/// typed now go into none.
+int EditorRoom();
 
 /// Draws the editor (kEditorScreen) or the view (kViewScreen) of `edit_event` and does what is clicked or
 /// typed; one frame of the screen. Nothing without an event. Returns false where the frame must be drawn

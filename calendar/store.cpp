@@ -152,10 +152,11 @@ void TellUnread(const ReplaceError& error) {
 void TellDamaged() {
     std::string path;
     if (const ReplaceError error = FindDestination(kFile, path)) {
-        std::fprintf(stderr,
-                     "Ulmaro Assistant: \"%s\" e' danneggiato, uso quello che si legge; non potro' salvare: "
-                     "%s.\n",
-                     kFile, InItalian(error).data());
+        std::fprintf(
+            stderr,
+            "Ulmaro Assistant: \"%s\" e' danneggiato, uso quello che si legge; non riusciro' a salvare: "
+            "%s.\n",
+            kFile, InItalian(error).data());
         return;
     }
     std::fprintf(stderr,

@@ -140,15 +140,15 @@ std::string Fault(std::string_view file) {
     if (file.size() < 8) return "il file e' troncato";
     const std::uint64_t width = Size(file, 0);
     const std::uint64_t height = Size(file, 1);
-    if (width == 0 || height == 0) return "le sue misure sono zero";
-    if (width > kLargest || height > kLargest) return "le sue misure sono troppo grandi";
+    if (width == 0 || height == 0) return "le sue dimensioni sono zero";
+    if (width > kLargest || height > kLargest) return "le sue dimensioni sono troppo grandi";
     const std::uint64_t whole = 8 + 4 * width * height;
     if (file.size() < whole) return "il file e' troncato";
     return "";
 }
 
 std::string LastWords(const std::string& fault) {
-    return std::string("Ulmaro Assistant: non posso usare l'immagine \"") + kFile + "\": " + fault + ".\n";
+    return std::string("Ulmaro Assistant: non riesco a usare l'immagine \"") + kFile + "\": " + fault + ".\n";
 }
 
 void CheckLoaded(std::string_view file) {

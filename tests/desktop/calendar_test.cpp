@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -83,10 +84,14 @@ constexpr double kInEditor = 375, kInView = 330;
 
 class TheCalendar : public OnDesktop {
   protected:
+    /// Of the program, beside the usual; set before Begin().
+    std::map<std::string, std::string> environment_;
+
     /// Starts the program with these events at a local time, in a window large enough to read.
     void Begin(const std::vector<Record>& records, const std::string& time = kWednesday) {
         Start start;
         start.clock = Clock::kInHand;
+        start.environment = environment_;
         if (!records.empty()) start.spoilt[kStoreFile] = StoreBytes(records);
         clock_.Set(time);
         clock_.Rule(start);
@@ -491,12 +496,100 @@ TEST_F(TheCalendar, WritesItalianLettersAsLetterAndApostrophe) {
     Begin({});
     OpenFresh();
 
-    TypeInto(kDescriptionField, "\xE0\xE8\xE9\xEC\xF2\xF9 \xC8 \xF1");  // the last one is not Italian
+    TypeInto(kDescriptionField, "\xE0\xE8\xE9\xEC\xF2\xF9 \xC8");
     Click(kConfirm);
 
     Record typed = Fresh();
-    typed.description = "a'e'e'i'o'u' E' ";
+    typed.description = "a'e'e'i'o'u' E'";
     EXPECT_TRUE(Stores({typed}));
+}
+
+TEST_F(TheCalendar, WritesOtherLettersWithoutTheirMarks) {
+    Begin({});
+    OpenFresh();
+
+    TypeInto(kDescriptionField,
+             "M\xFCller, Stra\xDF"
+             "e 9, Fran\xE7ois e Mu\xF1oz, 20\xB0");
+    Click(kConfirm);
+
+    Record typed = Fresh();
+    typed.description = "Muller, Strasse 9, Francois e Munoz, 20o";
+    EXPECT_TRUE(Stores({typed}));
+}
+
+/// Keys that GLUT does not report one by one, in a locale.
+class ComposedCharacters : public TheCalendar, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ComposedCharacters, AreTypedAsTheyAreElsewhere) {
+    environment_ = {{"LC_ALL", GetParam()}};
+    Begin({});
+    OpenFresh();
+
+    Click(kDescriptionField);
+    program().TypeKeys({XK_dead_grave,
+                        XK_o,
+                        XK_space,  // an accent and its letter
+                        XK_dead_acute,
+                        XK_E,
+                        XK_space,  //
+                        XK_dead_diaeresis,
+                        XK_u,
+                        XK_space,  //
+                        XK_dead_tilde,
+                        XK_n,
+                        XK_space,  //
+                        XK_dead_circumflex,
+                        XK_space,
+                        XK_space,  // an accent by itself
+                        XK_dead_grave,
+                        XK_x,
+                        XK_space,  // no letter that takes this accent
+                        XK_EuroSign,
+                        XK_space,  // beyond Latin-1
+                        XK_Multi_key,
+                        XK_e,
+                        XK_equal,
+                        XK_space,  // the euro sign, composed
+                        XK_Multi_key,
+                        XK_s,
+                        XK_s,
+                        XK_space,  //
+                        XK_a});
+    Click(kConfirm);
+
+    Record typed = Fresh();
+    typed.description = "o' E' u n ^ x EUR EUR ss a";
+    EXPECT_TRUE(Stores({typed}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, ComposedCharacters, testing::Values("it_IT.UTF-8", "C", "xx_XX.nonsense"),
+                         [](const auto& test) { return std::string(test.param).substr(0, 2); });
+
+TEST_F(TheCalendar, TakesAClickInTurnAmongComposedCharacters) {
+    Begin({});
+    OpenFresh();
+    Click(kNameField);
+
+    program().TypeKeys({XK_dead_grave, XK_a});
+    Click(kDescriptionField);
+    program().TypeKeys({XK_dead_grave, XK_e, XK_EuroSign});
+    Click(kConfirm);
+
+    Record typed = Fresh();
+    typed.name = "a'";
+    typed.description = "e'EUR";
+    EXPECT_TRUE(Stores({typed}));
+}
+
+TEST_F(TheCalendar, TypesNoHalfOfAnAccentedLetterAtTheNamesEnd) {
+    Begin({});
+    OpenFresh();
+
+    TypeInto(kNameField, "abcdefghijklmnop\xE8");
+    Click(kConfirm);
+
+    EXPECT_TRUE(Stores({Appointment("abcdefghijklmnop", 12, 8)}));
 }
 
 TEST_F(TheCalendar, TypesNothingForKeysThatAreNoCharacters) {

@@ -175,9 +175,16 @@ KeyCode Desktop::SpareKey(KeySym key) {
 }
 
 void Desktop::TypeText(const std::string& text) {
-    std::vector<KeyStroke> strokes;
+    std::vector<KeySym> keys;
     for (const char character : text) {
-        const KeySym symbol = static_cast<unsigned char>(character);  // Latin-1 symbols are their codes
+        keys.push_back(static_cast<unsigned char>(character));  // Latin-1 symbols are their codes
+    }
+    TypeKeys(keys);
+}
+
+void Desktop::TypeKeys(const std::vector<KeySym>& keys) {
+    std::vector<KeyStroke> strokes;
+    for (const KeySym symbol : keys) {
         KeyStroke stroke = FindStroke(connection_, symbol);
         if (stroke.key == 0) stroke.key = SpareKey(symbol);
         strokes.push_back(stroke);
@@ -482,10 +489,19 @@ void Program::Type(KeySym key) {
     WaitForFrames(kHeldFrames);
 }
 
+/// The most characters that one key types: "EUR".
+constexpr std::size_t kMostPerKey = 3;
+
 void Program::TypeText(const std::string& text) {
     desktop_.TypeText(text);
     AwaitEvents();
-    WaitForFrames(2 * text.size() + kHeldFrames);  // an accented letter is two characters
+    WaitForFrames(kMostPerKey * text.size() + kHeldFrames);
+}
+
+void Program::TypeKeys(const std::vector<KeySym>& keys) {
+    desktop_.TypeKeys(keys);
+    AwaitEvents();
+    WaitForFrames(kMostPerKey * keys.size() + kHeldFrames);
 }
 
 void Program::Resize(const ScreenRect& place) {

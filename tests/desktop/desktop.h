@@ -99,6 +99,9 @@ class Desktop {
     /// spare key.
     void TypeText(const std::string& text);
 
+    /// Types keys such as XK_dead_grave in the same way.
+    void TypeKeys(const std::vector<KeySym>& keys);
+
     /// Returns the topmost window with that title; None where there is none.
     Window FindWindow(const std::string& title) const;
 
@@ -246,6 +249,9 @@ class Program {
     /// Types a text (Latin-1), all its keys at once, and waits until the frames have taken it: one character
     /// each.
     void TypeText(const std::string& text);
+
+    /// Types keys such as XK_dead_grave in the same way.
+    void TypeKeys(const std::vector<KeySym>& keys);
 
     /// Moves and resizes the client area and waits until a frame has that size.
     void Resize(const ScreenRect& place);

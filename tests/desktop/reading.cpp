@@ -3,6 +3,7 @@
 
 #include "tests/desktop/reading.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -17,6 +18,12 @@ constexpr double kSquare = 20;      ///< edge of a glyph's square, canvas units
 constexpr double kAdvance = 10.25;  ///< from one glyph to the next, canvas units
 constexpr char kFirst = ' ';
 constexpr char kLast = '~';
+
+/// What a pixel shows of the font.
+struct Sample {
+    double green = 0;  ///< 0 to 255
+    double alpha = 0;  ///< 0 to 1
+};
 
 /// The program's font: 16 x 16 cells, the blank's at the top left.
 class Font {
@@ -34,8 +41,26 @@ class Font {
         return {place.x + (x + 0.5) / Cell() * kSquare, place.y + (y + 0.5) / Cell() * kSquare};
     }
 
-    /// Returns how many columns of a cell are a glyph's own, from the left: the next glyph covers the others.
-    int OwnColumns() const { return static_cast<int>(Cell() * kAdvance / kSquare); }
+    /// Returns what GL's linear filter makes of a character's cell, a point of it in parts of its edge from
+    /// the bottom left.
+    Sample Filtered(char character, double u, double v) const {
+        const double x = u * Cell() - 0.5;
+        const double y = v * Cell() - 0.5;
+        const int left = static_cast<int>(std::floor(x));
+        const int bottom = static_cast<int>(std::floor(y));
+        Sample sample;
+        for (const int row : {bottom, bottom + 1}) {
+            for (const int column : {left, left + 1}) {
+                const double weight = (1 - std::abs(x - column)) * (1 - std::abs(y - row));
+                // All that is painted keeps a texel away from its cell's border.
+                const Texel& texel =
+                    At(character, std::clamp(column, 0, Cell() - 1), std::clamp(row, 0, Cell() - 1));
+                sample.green += weight * texel.g;
+                sample.alpha += weight * texel.a / 255.0;
+            }
+        }
+        return sample;
+    }
 
   private:
     RawPicture picture_ = Picture("font");
@@ -54,12 +79,22 @@ double Surprise(const Image& image, char character, CanvasPoint place) {
     double through_squares = 0;  // sums of products, for the best ground
     double left_through = 0;
     double left_squares = 0;
-    for (int y = 0; y < font.Cell(); ++y) {
-        for (int x = 0; x < font.OwnColumns(); ++x) {
-            const Texel& texel = font.At(character, x, y);
-            const double through = 1 - texel.a / 255.0;  // how much of the ground shows
+    // The pixels of the glyph's own columns: the next glyph covers the others.
+    const double unit_x = image.Width() / kCanvas;
+    const double unit_y = image.Height() / kCanvas;
+    const auto first_row = static_cast<int>(std::ceil((kCanvas - place.y - kSquare) * unit_y));
+    const auto last_row = static_cast<int>(std::floor((kCanvas - place.y) * unit_y)) - 1;
+    const auto first_column = static_cast<int>(std::ceil(place.x * unit_x));
+    const auto last_column = static_cast<int>(std::floor((place.x + kAdvance) * unit_x)) - 1;
+    for (int row = std::max(first_row, 0); row <= std::min(last_row, image.Height() - 1); ++row) {
+        for (int column = std::max(first_column, 0); column <= std::min(last_column, image.Width() - 1);
+             ++column) {
+            const CanvasPoint point = image.CanvasAt(column, row);
+            const Sample glyph =
+                font.Filtered(character, (point.x - place.x) / kSquare, (point.y - place.y) / kSquare);
+            const double through = 1 - glyph.alpha;  // how much of the ground shows
             // What the ink leaves unexplained.
-            const double left = image.AtCanvas(font.Place(place, x, y)).g - texel.g * texel.a / 255.0;
+            const double left = image.At(column, row).g - glyph.green * glyph.alpha;
             through_squares += through * through;
             left_through += left * through;
             left_squares += left * left;

@@ -249,7 +249,7 @@ class BadPictures : public OnDesktop, public testing::WithParamInterface<BadPict
 
         EXPECT_EQ(status, 1);
         const std::string line =
-            "Ulmaro Assistant: non posso usare l'immagine \"" + file + "\": " + reason + ".\n";
+            "Ulmaro Assistant: non riesco a usare l'immagine \"" + file + "\": " + reason + ".\n";
         EXPECT_EQ(program.Said(), line);
     }
 };
@@ -270,7 +270,7 @@ TEST_F(TheWindow, SaysInOneLineThatThereIsNoScreen) {
 
     EXPECT_EQ(program.Child().WaitForEnd(10), 1);
     EXPECT_EQ(program.Said(),
-              "Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL "
+              "Ulmaro Assistant: non riesco ad aprire la finestra, serve uno schermo X11 con OpenGL "
               "(failed to open display ':987').\n");
 }
 
@@ -287,8 +287,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadPicture{"Empty", "font", "", "il file e' troncato"},
         BadPicture{"CutInTheHeader", "sleep", std::string(5, '\x01'), "il file e' troncato"},
         BadPicture{"CutInThePixels", "stand_02", Header(8) + std::string(255, 'x'), "il file e' troncato"},
-        BadPicture{"OfNoSize", "GUI_03", Header(0), "le sue misure sono zero"},
-        BadPicture{"OfAbsurdSize", "notify", Header(0xFFFFFFFF), "le sue misure sono troppo grandi"}),
+        BadPicture{"OfNoSize", "GUI_03", Header(0), "le sue dimensioni sono zero"},
+        BadPicture{"OfAbsurdSize", "notify", Header(0xFFFFFFFF), "le sue dimensioni sono troppo grandi"}),
     [](const auto& test) { return test.param.what; });
 
 using MissingPicture = BadPictures;

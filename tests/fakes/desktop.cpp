@@ -54,6 +54,11 @@ ScreenPoint GlobalPointer() {
     return fakes::desktop().pointer;
 }
 
+void ListenToComposing(void (*typed)(char32_t character)) {
+    fakes::Record("ListenToComposing");
+    fakes::desktop().composed = typed;
+}
+
 std::uint64_t MonotonicNanoseconds() {
     fakes::Record("MonotonicNanoseconds");
     ++fakes::desktop().clock_calls;

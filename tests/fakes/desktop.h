@@ -65,8 +65,9 @@ struct Desktop {
     std::vector<std::string> opened;                 ///< every web address, in order
     std::string program;                             ///< the name that the window was introduced by
     int icon_width = 0, icon_height = 0;
-    std::vector<unsigned char> icon;  ///< its pixels
-    std::vector<int> swap_intervals;  ///< every swap interval that was set, in order
+    std::vector<unsigned char> icon;                 ///< its pixels
+    void (*composed)(char32_t character) = nullptr;  ///< whom composed characters are reported to
+    std::vector<int> swap_intervals;                 ///< every swap interval that was set, in order
 };
 
 // Returns the model that the fake desktop works on.

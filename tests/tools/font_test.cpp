@@ -215,4 +215,41 @@ TEST_F(Font, LeavesAClearTexelAroundEveryCellSoThatNeighboursDoNotShow) {
     }
 }
 
+// ---- The count of notices ----
+
+/// The badge behind the count of notices and its line, canvas units; x and y from the badge's middle
+/// (app/notifications.cpp).
+constexpr double kBadgeEdge = 40;
+constexpr double kCountX = -6;    // the line's middle
+constexpr double kCountY = -9;    // its lower edge
+constexpr double kTextSize = 10;  // half a cell's edge
+constexpr double kLetter = 1.025 * kTextSize;
+
+TEST_F(Font, LetsCountsOfOneTwoAndThreeDigitsStandOnTheirBadge) {
+    const RawPicture badge = ReadRawPicture(std::string(ULMARO_DATA) + "/notify");
+    ASSERT_FALSE(badge.texels.empty());
+    const auto is_red = [&](double x, double y) {
+        const int column = static_cast<int>(std::floor((x / kBadgeEdge + 0.5) * badge.Width()));
+        const int row = static_cast<int>(std::floor((y / kBadgeEdge + 0.5) * badge.Height()));
+        if (column < 0 || column >= badge.Width() || row < 0 || row >= badge.Height()) return false;
+        const Texel& texel = badge.At(column, row);
+        return texel.a > 250 && texel.r > 2 * texel.g && texel.r > 100;
+    };
+    for (const std::string count : {"7", "42", "128"}) {
+        double left = kCountX - kLetter * static_cast<double>(count.size()) / 2;
+        for (const char digit : count) {
+            int off = 0;
+            for (int y = 0; y < Cell(); ++y) {
+                for (int x = 0; x < Cell(); ++x) {
+                    if (InkOf(At(digit - ' ', x, y)) < 0.5) continue;
+                    const double unit = 2 * kTextSize / Cell();
+                    off += is_red(left + (x + 0.5) * unit, kCountY + (y + 0.5) * unit) ? 0 : 1;
+                }
+            }
+            EXPECT_EQ(off, 0) << "texels of " << digit << " in " << count << " beside the badge's red";
+            left += kLetter;
+        }
+    }
+}
+
 }  // namespace

@@ -203,6 +203,35 @@ INSTANTIATE_TEST_SUITE_P(Eyes, Pupils,
                                          Pupil{"eye_right", 0.52504, 0.74960}),
                          [](const auto& test) { return test.param.picture; });
 
+// ---- The editor's panel ----
+
+// The description holds 345 characters: a line of 44 and seven of 43. The caret behind them stands in a ninth
+// line.
+TEST(Pictures, GiveEachLineOfTheDescriptionAndTheCaretBehindItTheSameGround) {
+    constexpr double kCanvas = 512;
+    constexpr double kLineHeight = 20.5;
+    constexpr int kLines = 9;
+    constexpr int kShades = 24;  // how much the ground may change from its top to its bottom, of 255
+    const RawPicture panel = ReadRawPicture(PathOf("GUI_02"));
+    ASSERT_FALSE(panel.texels.empty());
+    const double unit = panel.Width() / kCanvas;
+    const Texel& ground = panel.At(static_cast<int>(256 * unit), static_cast<int>(180 * unit));
+
+    for (int line = 0; line < kLines; ++line) {
+        const bool last = line == kLines - 1;
+        const double left = 28;
+        const double right = last ? 38 : 479;  // the last has room for the caret alone
+        const double bottom = 170 - kLineHeight * line;
+        int other = 0;
+        for (int y = static_cast<int>(bottom * unit); y < static_cast<int>((bottom + 20) * unit); ++y) {
+            for (int x = static_cast<int>(left * unit); x < static_cast<int>(right * unit); ++x) {
+                if (Difference(ground, panel.At(x, y)) > kShades) ++other;
+            }
+        }
+        EXPECT_EQ(other, 0) << "pixels behind line " << line + 1;
+    }
+}
+
 // ---- Edges ----
 
 namespace {

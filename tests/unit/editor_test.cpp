@@ -993,16 +993,39 @@ TEST_F(EditorTest, TheAreasOfTheFieldsAreNotDrawn) {
     EXPECT_TRUE(ButtonsDrawn(0).empty());
 }
 
-TEST_F(EditorTest, TakesTextInAFieldThatHasTheFocusWhileItIsOpenAndNowhereElse) {
+TEST_F(EditorTest, HasRoomInAFieldThatHasTheFocusWhileItIsOpenAndNowhereElse) {
+    Edit(AnyAppointment());
     for (int screen = kOwlScreen; screen <= kQuizScreen; ++screen) {
         for (const int field : {kNoField, kNameField, kDescriptionField}) {
             menu_case_id = screen;
             edit_tf = field;
 
-            EXPECT_EQ(EditorTakesText(), screen == kEditorScreen && field != kNoField)
+            EXPECT_EQ(EditorRoom() != kNoFocus, screen == kEditorScreen && field != kNoField)
                 << "screen " << screen << ", field " << field;
         }
     }
+}
+
+TEST_F(EditorTest, HasRoomFor17CharactersInTheNameAnd345InTheDescription) {
+    Event& event = Edit(AnyAppointment());
+    for (const int length : {0, 1, 16, 17, 18}) {
+        edit_tf = kNameField;
+        SetText(event.name, std::string(static_cast<std::size_t>(length), 'n'));
+        EXPECT_EQ(EditorRoom(), std::max(0, 17 - length)) << length;
+    }
+    for (const int length : {0, 1, 344, 345, 400}) {
+        edit_tf = kDescriptionField;
+        SetText(event.description, std::string(static_cast<std::size_t>(length), 'd'));
+        EXPECT_EQ(EditorRoom(), std::max(0, 345 - length)) << length;
+    }
+}
+
+TEST_F(EditorTest, HasNoRoomButAFocusWithoutAnEvent) {
+    edit_event = nullptr;
+    menu_case_id = kEditorScreen;
+    edit_tf = kNameField;
+
+    EXPECT_EQ(EditorRoom(), 0);
 }
 
 // ---- Name and description ----

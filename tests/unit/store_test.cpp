@@ -519,10 +519,10 @@ TEST_F(StoreTest, ADamagedFileThatCannotBeReplacedIsToldWithTheReason) {
     std::filesystem::create_symlink("file", "database.bin");
     ASSERT_EQ(lchown("database.bin", 65534, 65534), 0);
 
-    EXPECT_EQ(
-        Load(),
-        "Ulmaro Assistant: \"database.bin\" e' danneggiato, uso quello che si legge; non potro' salvare: "
-        "ci porta un collegamento simbolico di un altro utente.\n");
+    EXPECT_EQ(Load(),
+              "Ulmaro Assistant: \"database.bin\" e' danneggiato, uso quello che si legge; non riusciro' a "
+              "salvare: "
+              "ci porta un collegamento simbolico di un altro utente.\n");
 }
 
 TEST_F(StoreTest, AWholeFileIsLoadedWithoutAWord) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -51,7 +52,7 @@ class StrokeQueueTest : public testing::Test {
 // ---- One after another ----
 
 TEST_F(StrokeQueueTest, IsEmptyAtFirstAndThenLeavesTheStrokeAlone) {
-    Stroke stroke = {'k', 3, 4};
+    Stroke stroke = {'k', 1, 3, 4};
 
     EXPECT_FALSE(DequeueStroke(stroke));
 
@@ -93,6 +94,26 @@ TEST_F(StrokeQueueTest, APressIsAPressAndKeepsItsPlace) {
     EXPECT_TRUE(stroke.IsPress());
     EXPECT_EQ(stroke.x, 12.5F);
     EXPECT_EQ(stroke.y, -7);
+}
+
+TEST_F(StrokeQueueTest, CharactersThatGoTogetherSaySoAtTheirFirst) {
+    Enqueue("x");
+    EnqueueTogether("1/2");
+    Enqueue("y");
+
+    std::vector<int> together;
+    Stroke stroke;
+    while (DequeueStroke(stroke)) together.push_back(stroke.together);
+
+    EXPECT_EQ(together, (std::vector<int>{1, 3, 1, 1, 1}));
+}
+
+TEST_F(StrokeQueueTest, CharactersThatGoTogetherComeOneAfterAnother) {
+    EnqueueTogether("1/2");
+    EnqueueTogether("");
+    EnqueueTogether("y");
+
+    EXPECT_EQ(Rest(), "1/2y");
 }
 
 // ---- Where a press waits ----
@@ -159,6 +180,18 @@ TEST_F(StrokeQueueTest, DropsAllCharactersWhereNoPressWaits) {
     EXPECT_EQ(Rest(), "");
 }
 
+TEST_F(StrokeQueueTest, DropsSoManyOfTheOldestStrokes) {
+    Enqueue("abcd");
+
+    DropStrokes(0);
+    DropStrokes(2);
+    EXPECT_EQ(Rest(), "cd");
+    Enqueue("ab");
+    DropStrokes(3);
+
+    EXPECT_EQ(Rest(), "");
+}
+
 TEST_F(StrokeQueueTest, DropsTheCharactersBeforeTheNextPressAlone) {
     Enqueue("ab");
     Press(1, 1);
@@ -195,6 +228,15 @@ TEST_F(StrokeQueueTest, ForgetsAllStrokesAndTheMark) {
 }
 
 // ---- The longest queue ----
+
+TEST_F(StrokeQueueTest, TakesCharactersThatGoTogetherOnlyWhereAllHaveRoom) {
+    Enqueue(std::string(343, 'a'));
+    EnqueueTogether("EUR");
+    EnqueueTogether("e'");
+    EnqueueTogether("x");
+
+    EXPECT_EQ(Rest(), std::string(343, 'a') + "e'");
+}
 
 TEST_F(StrokeQueueTest, KeepsAsManyCharactersAsTheLargestFieldTakes) {
     Enqueue(std::string(345, 'a') + "b");

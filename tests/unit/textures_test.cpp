@@ -348,18 +348,18 @@ TEST_F(TexturesTest, WhatIsRegisteredForTheEndRunsAfterTheLine) {
 
 TEST_F(TexturesTest, AWidthOrHeightOfZeroIsRefused) {
     PictureFolder::Write("cloud", 0, 1, {});
-    ExpectRefusal("cloud", "le sue misure sono zero");
+    ExpectRefusal("cloud", "le sue dimensioni sono zero");
 
     PictureFolder::Write("cloud", 1, 0, {});
-    ExpectRefusal("cloud", "le sue misure sono zero");
+    ExpectRefusal("cloud", "le sue dimensioni sono zero");
 }
 
 TEST_F(TexturesTest, SizesThatAFileCannotHaveAreRefusedWithoutAllocatingThem) {
     PictureFolder::Write("cloud", 0xFFFFFFFF, 0xFFFFFFFF, {});
-    ExpectRefusal("cloud", "le sue misure sono troppo grandi");
+    ExpectRefusal("cloud", "le sue dimensioni sono troppo grandi");
 
     PictureFolder::Write("cloud", 0x80000000, 1, {});
-    ExpectRefusal("cloud", "le sue misure sono troppo grandi");
+    ExpectRefusal("cloud", "le sue dimensioni sono troppo grandi");
 }
 
 TEST_F(TexturesTest, SizesWhoseProductWrapsIn32BitsAreRefused) {
@@ -382,10 +382,10 @@ TEST_F(TexturesTest, APictureLargerThanTheDriverTakesIsRefused) {
     fakes::gl().max_texture_size = 40;
 
     PictureFolder::Write("hat", 41, 1, std::vector<std::uint8_t>(164));
-    ExpectRefusal("hat", "le sue misure sono troppo grandi");
+    ExpectRefusal("hat", "le sue dimensioni sono troppo grandi");
 
     PictureFolder::Write("hat", 1, 41, std::vector<std::uint8_t>(164));
-    ExpectRefusal("hat", "le sue misure sono troppo grandi");
+    ExpectRefusal("hat", "le sue dimensioni sono troppo grandi");
 }
 
 TEST_F(TexturesTest, AFolderIsNoPicture) {

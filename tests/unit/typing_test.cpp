@@ -1,13 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Index: from the window system to a field, what types what, where nothing is typed, clicks between
-// characters, listening, keys that others set, special keys.
+// Index: from the window system to a field, what types what, whole or not at all, where nothing is typed,
+// clicks between characters, listening, keys that others set, special keys.
 #include "app/typing.h"
 
 #include <algorithm>
+#include <cctype>
+#include <ios>
 #include <iterator>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/unit/calendar_fixture.h"
@@ -46,6 +50,7 @@ TEST_F(TypingTest, IsListenedToByGlutsKeyboardCallback) {
     ListenToTyping();
 
     EXPECT_EQ(fakes::glut().keyboard, &TypeCharacter);
+    EXPECT_EQ(fakes::desktop().composed, &TypeComposed);
 }
 
 TEST_F(TypingTest, EachCharacterIsActivityAlsoOneThatTypesNothing) {
@@ -55,6 +60,13 @@ TEST_F(TypingTest, EachCharacterIsActivityAlsoOneThatTypesNothing) {
         TypeCode(code);
 
         EXPECT_TRUE(window.active) << code;
+    }
+    for (const char32_t character : {0x20ACU, 0xE8U, 0x4E00U}) {
+        window.active = false;
+
+        TypeComposed(character);
+
+        EXPECT_TRUE(window.active) << static_cast<unsigned>(character);
     }
 }
 
@@ -77,7 +89,7 @@ TEST_F(TypingTest, ACharacterIsDeliveredOnceAndOneAFrame) {
 
     std::vector<std::vector<int>> frames;
     for (int i = 0; i < 4; ++i) {
-        DeliverTyping(true);
+        DeliverTyping(EditorRoom());
         frames.push_back(KeysSet());
         ResetFrameInput();
     }
@@ -121,7 +133,7 @@ TEST_F(TypingTest, EveryPrintableAsciiCharacterTypesItself) {
 TEST_F(TypingTest, BackspaceAndDeleteBothRemoveTheLastCharacter) {
     for (const int code : {8, 127}) {
         TypeCode(code);
-        DeliverTyping(true);
+        DeliverTyping(EditorRoom());
         EXPECT_EQ(KeysSet(), (std::vector<int>{127})) << code;
         ResetFrameInput();
     }
@@ -170,16 +182,157 @@ TEST_F(TypingTest, ItalianAccentedLettersTypeThePlainLetterAndAnApostrophe) {
     }
 }
 
-TEST_F(TypingTest, EveryOtherCharacterBeyondAsciiTypesNothing) {
-    const std::string italian = "\xE0\xE8\xE9\xEC\xF2\xF9\xC0\xC8\xC9\xCC\xD2\xD9";
-    for (int code = 128; code < 256; ++code) {
-        if (italian.find(static_cast<char>(code)) != std::string::npos) continue;
+TEST_F(TypingTest, EveryCharacterOfLatin1BeyondAsciiTypesWhatItIsCommonlyWrittenAs) {
+    // Controls and the soft hyphen, which is only seen where a line is broken, type nothing.
+    std::map<int, std::string> texts;
+    for (int code = 0x80; code < 0xA0; ++code) texts[code] = "";
+    texts[0xAD] = "";
+    const auto add = [&](const std::string& codes, const std::string& text) {
+        for (const char code : codes) {
+            EXPECT_EQ(texts.count(static_cast<unsigned char>(code)), 0U) << text;
+            texts[static_cast<unsigned char>(code)] = text;
+        }
+    };
+    // Italian vowels: the letter and an apostrophe.
+    add("\xE0", "a'"), add("\xE8\xE9", "e'"), add("\xEC", "i'"), add("\xF2", "o'"), add("\xF9", "u'");
+    add("\xC0", "A'"), add("\xC8\xC9", "E'"), add("\xCC", "I'"), add("\xD2", "O'"), add("\xD9", "U'");
+    // Other letters: without their marks.
+    add("\xE1\xE2\xE3\xE4\xE5\xAA", "a"), add("\xC1\xC2\xC3\xC4\xC5", "A");
+    add("\xEA\xEB", "e"), add("\xCA\xCB", "E");
+    add("\xED\xEE\xEF", "i"), add("\xCD\xCE\xCF", "I");
+    add("\xF3\xF4\xF5\xF6\xF8\xBA\xB0", "o"), add("\xD3\xD4\xD5\xD6\xD8", "O");
+    add("\xFA\xFB\xFC\xB5", "u"), add("\xDA\xDB\xDC", "U");
+    add("\xFD\xFF", "y"), add("\xDD", "Y");
+    add("\xE7\xA2", "c"), add("\xC7", "C"), add("\xF1", "n"), add("\xD1", "N"), add("\xF0", "d"),
+        add("\xD0", "D");
+    add("\xDF", "ss"), add("\xE6", "ae"), add("\xC6", "AE"), add("\xFE", "th"), add("\xDE", "TH");
+    // Numbers, money and marks.
+    add("\xB9", "1"), add("\xB2", "2"), add("\xB3", "3"), add("\xBC", "1/4"), add("\xBD", "1/2"),
+        add("\xBE", "3/4");
+    add("\xA4", "EUR"), add("\xA3", "GBP"), add("\xA5", "JPY");
+    add("\xA0", " "), add("\xA1", "!"), add("\xBF", "?"), add("\xAB\xBB\xA8", "\""), add("\xB4", "'");
+    add("\xAC\xAF", "-"), add("\xB1", "+-"), add("\xD7", "x"), add("\xF7", ":"), add("\xB7", "."),
+        add("\xB8", ",");
+    add("\xA6", "|"), add("\xA7", "par."), add("\xB6", "P"), add("\xA9", "(c)"), add("\xAE", "(r)");
+    ASSERT_EQ(texts.size(), 128U) << "every code once";
+
+    for (const auto& [code, text] : texts) {
+        SetText(events.front().description, "");
         TypeCode(code);
+        for (int i = 0; i < 6; ++i) Frame();
+        EXPECT_EQ(Description(), text) << std::hex << code;
+
+        SetText(events.front().description, "");
+        TypeComposed(static_cast<char32_t>(code));
+        for (int i = 0; i < 6; ++i) Frame();
+        EXPECT_EQ(Description(), text) << "composed " << std::hex << code;
+    }
+}
+
+TEST_F(TypingTest, ComposedCharactersBeyondLatin1TypeWhatTheyAreCommonlyWrittenAs) {
+    const std::pair<std::u32string, const char*> cases[] = {
+        {U"\u20AC", "EUR"},
+        {U"\u2018\u2019\u201C\u201D\u201E", "''\"\"\""},
+        {U"\u2013\u2014\u2026\u2022", "--...*"},
+        {U"\u0152uvre c\u0153ur", "OEuvre coeur"},
+        {U"\u010Cern\u00FD", "Cerny"},
+        {U"Dvo\u0159\u00E1k", "Dvorak"},
+        {U"\u0141\u00F3d\u017A", "Lodz"},
+        {U"\u0160ibenik, \u0110akovo, Ple\u017Eice", "Sibenik, Dakovo, Plezice"},
+        {U"Timi\u0219oara, Constan\u021Ba, Br\u0103ila", "Timisoara, Constanta, Braila"},
+        {U"Szt\u0151kem\u0171", "Sztokemu"},
+        {U"\u0130stanbul \u0131\u011F\u015F", "Istanbul igs"},
+        {U"\u0132\u0133 \u0149 \u017F \u0178 \u1E9E", "IJij n s Y SS"},
+        {U"^~`", "^~`"},
+    };
+    for (const auto& [typed, text] : cases) {
+        SetText(events.front().description, "");
+        for (const char32_t character : typed) TypeComposed(character);
+        for (int i = 0; i < 60; ++i) Frame();
+
+        EXPECT_EQ(Description(), text);
+    }
+}
+
+TEST_F(TypingTest, EveryLetterOfLatinExtendedATypesSomethingInItsOwnCase) {
+    for (char32_t character = 0x100; character < 0x180; ++character) {
+        SetText(events.front().description, "");
+        TypeComposed(character);
+        for (int i = 0; i < 3; ++i) Frame();
+
+        const std::string text = Description();
+        EXPECT_FALSE(text.empty()) << static_cast<unsigned>(character);
+        EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](unsigned char c) {
+            return std::isalpha(c) != 0;
+        })) << text;
+        EXPECT_TRUE(text.size() == 1 || text == "IJ" || text == "ij" || text == "OE" || text == "oe") << text;
+    }
+}
+
+TEST_F(TypingTest, ComposedCharactersThatAreNotKnownTypeNothing) {
+    for (const char32_t character :
+         {0x1U, 0x1BU, 0x85U, 0x180U, 0x391U, 0x416U, 0x2603U, 0x4E00U, 0x1F989U}) {
+        TypeComposed(character);
         Frame();
         Frame();
 
-        EXPECT_EQ(Description(), "") << code;
+        EXPECT_EQ(Description(), "") << static_cast<unsigned>(character);
     }
+}
+
+// ---- Whole or not at all ----
+
+TEST_F(TypingTest, AnAccentedLetterThatNoLongerFitsWholeIsNotTypedHalf) {
+    edit_tf = kNameField;
+    SetText(events.front().name, std::string(16, 'n'));
+
+    Type("\xE8");
+    EXPECT_EQ(NameOf(events.front()), std::string(16, 'n'));
+    Type("\xE8x");
+    EXPECT_EQ(NameOf(events.front()), std::string(16, 'n') + 'x') << "what fits is still typed";
+}
+
+TEST_F(TypingTest, AnAccentedLetterThatJustFitsIsTyped) {
+    edit_tf = kNameField;
+    SetText(events.front().name, std::string(15, 'n'));
+
+    Type("\xE8");
+
+    EXPECT_EQ(NameOf(events.front()), std::string(15, 'n') + "e'");
+}
+
+TEST_F(TypingTest, TheDescriptionTakesNoHalfOfALongSpellingEither) {
+    SetText(events.front().description, std::string(343, 'd'));
+
+    Type("\xA4");  // three characters
+    EXPECT_EQ(Description(), std::string(343, 'd'));
+    Type("\xDF");
+    EXPECT_EQ(Description(), std::string(343, 'd') + "ss");
+    Type("\xDFx");
+
+    EXPECT_EQ(Description(), std::string(343, 'd') + "ss");
+}
+
+TEST_F(TypingTest, WhatWasErasedInTheMeantimeMakesRoomForAnAccentedLetter) {
+    edit_tf = kNameField;
+    SetText(events.front().name, std::string(17, 'n'));
+
+    Type("\x08\x08\xE8");
+
+    EXPECT_EQ(NameOf(events.front()), std::string(15, 'n') + "e'");
+}
+
+TEST_F(TypingTest, AnAccentedLetterThatWasDroppedHoldsUpNoClickBehindIt) {
+    edit_tf = kNameField;
+    SetText(events.front().name, std::string(16, 'n'));
+    TypeCode(0xE8);
+
+    ClickAt(256, 108);
+    EXPECT_EQ(edit_tf, kNameField);
+    Frame();
+
+    EXPECT_EQ(edit_tf, kDescriptionField);
+    EXPECT_EQ(NameOf(events.front()), std::string(16, 'n'));
 }
 
 // ---- Where nothing is typed ----
@@ -382,7 +535,7 @@ TEST_F(TypingTest, ListeningIsBegunOnceAndLosesNothing) {
     TypeCode('a');
 
     ListenToTyping();
-    DeliverTyping(true);
+    DeliverTyping(EditorRoom());
 
     EXPECT_EQ(fakes::Count("glutKeyboardFunc"), 0U);
     EXPECT_EQ(KeysSet().size(), 1U);

@@ -878,7 +878,7 @@ TEST(ExplainMissingWindowTest, WhatKeepsTheWindowFromOpeningIsSaidInOneLineAndEn
     ExplainMissingWindow();
 
     EXPECT_EXIT(TellError("failed to open display '%s'", ":99"), testing::ExitedWithCode(1),
-                "^Ulmaro Assistant: non posso aprire la finestra, serve uno schermo X11 con OpenGL "
+                "^Ulmaro Assistant: non riesco ad aprire la finestra, serve uno schermo X11 con OpenGL "
                 "\\(failed to open display ':99'\\).\n$");
 }
 
