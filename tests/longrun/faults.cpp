@@ -130,10 +130,15 @@ void Faults::OtherSizes() {
 
 // ---- Clocks ----
 
+/// All that is due ten minutes before the change is dealt with, so that the event of that night (longrun.cpp)
+/// decides alone whether there is a badge.
 void Faults::Night(std::int64_t change) {
     const std::int64_t before = course_.wall_offset;
-    const std::int64_t until = change - 120 - course_.world->seconds;
-    course_.TurnWall(until);
+    course_.TurnWall(change - 600 - course_.world->seconds);
+    course_.user.Acknowledge();
+    course_.user.GoHome();
+    course_.user.Leave();
+    course_.TurnWall(change - 120 - course_.world->seconds);
     course_.Pass(300);
     course_.TurnWall(before - course_.wall_offset);
 }

@@ -49,6 +49,20 @@ std::vector<desktop::Record> Mix() {
         event.repeat = i % 3;
         if (i < 3) events.push_back(event);
     }
+    // Near the hours that daylight saving leaves out and repeats: the first is due from three o'clock on, the
+    // second from three minutes before the clock goes back, and then no more for half an hour.
+    desktop::Record night;
+    night.year = 2031;
+    night.day = 30;
+    night.month = 3;
+    night.hour = 3;
+    night.minute = 5;
+    events.push_back(night);
+    night.day = 26;
+    night.month = 10;
+    night.minute = 27;
+    night.warned_60 = 1;
+    events.push_back(night);
     return events;
 }
 
