@@ -9,6 +9,7 @@
 #include <ctime>
 
 #include "app/input.h"
+#include "app/out_of_memory.h"
 #include "app/shell.h"
 #include "app/sound_device.h"
 #include "app/textures.h"
@@ -17,6 +18,7 @@
 #include "engine/memory.h"
 
 int main(int argc, char** argv) {
+    EndClearlyWithoutMemory();
     ReturnFreedMemory();
     ExplainMissingWindow();
     ReadOptions(&argc, argv);

@@ -49,20 +49,36 @@ extern "C" void exit(int status) noexcept {
     std::longjmp(back, 1);
 }
 
-/// Stands before the C library's: keeps what the reader says. Serves libFuzzer, too.
+namespace {
+
+/// Keeps what the reader says, and prints what others do.
+int Print(std::FILE* file, const char* format, std::va_list arguments) {
+    if (!reading || file != stderr) return std::vfprintf(file, format, arguments);
+    char line[512] = "";
+    const int length = std::vsnprintf(line, sizeof line, format, arguments);
+    said += line;
+    return length;
+}
+
+}  // namespace
+
+/// Stands before the C library's. Serves libFuzzer, too.
 // The parameters have other names than the C library's.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int fprintf(std::FILE* file, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    int length = 0;
-    if (reading && file == stderr) {
-        char line[512] = "";
-        length = std::vsnprintf(line, sizeof line, format, arguments);
-        said += line;
-    } else {
-        length = std::vfprintf(file, format, arguments);
-    }
+    const int length = Print(file, format, arguments);
+    va_end(arguments);
+    return length;
+}
+
+/// What fprintf() becomes in a build with _FORTIFY_SOURCE.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" int __fprintf_chk(std::FILE* file, int /*flag*/, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const int length = Print(file, format, arguments);
     va_end(arguments);
     return length;
 }

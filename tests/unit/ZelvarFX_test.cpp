@@ -699,6 +699,17 @@ TEST_F(EffectTest, AVeryLargeTextureThatTheFileHoldsIsRead) {
     EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines(), 1), EmitterOf(BlockLines(), 2)}));
 }
 
+TEST_F(EffectTest, AVeryLargeTextureIsHeldByAFileOfAsManyBytesAndNotByOneOfAByteLess) {
+    const std::string line = std::string(kHeader) + "texture: 1001 1000 0\n";
+    constexpr std::size_t kNumbers = std::size_t{1001} * 1000 * 4;
+
+    ASSERT_TRUE(Load(line + std::string(kNumbers - 1, 'x')));
+    EXPECT_EQ(Uploads().size(), 0U);
+
+    ASSERT_TRUE(Load(line + std::string(kNumbers, 'x')));
+    EXPECT_EQ(Uploads().size(), 1U);
+}
+
 // ---- Files cut short ----
 
 TEST_F(EffectTest, CutAnywhereHasTheEmittersWhoseTextureLineIsThere) {

@@ -193,4 +193,21 @@ TEST_F(SegmentTriangle, IsNotHitByASegmentInItsPlane) {
     EXPECT_TRUE(std::isnan(hit_.x));
 }
 
+TEST(GetIntersectionBetweenSegmentTriangle, HitsAnObliqueTriangleWhereTheParametersSay) {
+    // No component of anything is 0, nor are two alike.
+    const vector3f a(1, 2, 3);
+    const vector3f b(7, 3, 5);
+    const vector3f c(2, 9, 4);
+    const vector3f wanted = a + (b - a) * 0.25F + (c - a) * 0.5F;
+    const vector3f direction(3, -2, 7);
+
+    vector3f hit;
+    EXPECT_TRUE(GetIntersectionBetweenSegmentTriangle(a, b, c, wanted - direction * 0.5F,
+                                                      wanted + direction * 1.5F, hit));
+
+    EXPECT_NEAR(hit.x, wanted.x, 1e-4);
+    EXPECT_NEAR(hit.y, wanted.y, 1e-4);
+    EXPECT_NEAR(hit.z, wanted.z, 1e-4);
+}
+
 }  // namespace

@@ -77,6 +77,17 @@ TEST_F(FreedMemory, OfALargeBufferGoesBackAlsoAfterManyLargeBuffers) {
     for (int buffers = 0; buffers < 5; ++buffers) EXPECT_EQ(OwnMappingsOfALargeBuffer(), 1U);
 }
 
+TEST_F(FreedMemory, OfABufferOfAQuarterOfAMebibyteGoesBackToo) {
+    std::vector<std::unique_ptr<char[]>> fillers;
+    ReturnFreedMemory();
+
+    const std::size_t before = mallinfo2().hblks;
+    for (int buffers = 0; buffers < 200; ++buffers)
+        fillers.push_back(std::make_unique<char[]>(kMebibyte / 4));
+
+    EXPECT_GE(mallinfo2().hblks, before + 100);
+}
+
 TEST_F(FreedMemory, StaysOnDemand) {
     KeepFreedMemory();
 

@@ -374,6 +374,22 @@ TEST_F(StoreTest, ARecordCutShortKeepsItsBytesOverThoseOfAFreshEvent) {
     }
 }
 
+TEST_F(StoreTest, ARecordCutShortHasNothingOfTheRecordsBeforeIt) {
+    constexpr int kMany = 600;  // more than are read at once, twice
+    std::string file = Bytes().Int32(kMany).Get();
+    for (int i = 0; i < kMany; ++i) file += std::string(kRecord, '\x7F');
+    const Event fresh;
+    for (const std::size_t missing : {std::size_t{1}, std::size_t{40}, std::size_t{571}}) {
+        Load(file.substr(0, file.size() - missing));
+
+        ASSERT_EQ(events.size(), kMany);
+        const auto* last = reinterpret_cast<const char*>(&events.back());
+        const std::string rest(last + kRecord - missing, missing);
+        const std::string expected(reinterpret_cast<const char*>(&fresh) + kRecord - missing, missing);
+        EXPECT_TRUE(rest == expected) << "without the last " << missing << " bytes";
+    }
+}
+
 TEST_F(StoreTest, AReminderCutShortIsDueAtStartLikeAnyOther) {
     Load(Bytes().Int32(1).Raw(Record("r", 2).substr(0, 560)).Get());
 
