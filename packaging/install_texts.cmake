@@ -35,6 +35,8 @@ endfunction()
 install_text(ulmaro-assistant bin/ulmaro-assistant EXECUTABLE)
 install_text(man/ulmaro-assistant.1 share/man/man1/ulmaro-assistant.1 GZIP)
 install_text(man/it/ulmaro-assistant.1 share/man/it/man1/ulmaro-assistant.1 GZIP)
+install_text(../agenda/man/ulmaro-agenda.1 share/man/man1/ulmaro-agenda.1 GZIP)
+install_text(../agenda/man/it/ulmaro-agenda.1 share/man/it/man1/ulmaro-agenda.1 GZIP)
 install_text(changelog share/doc/ulmaro-assistant/changelog.Debian GZIP)
 install_text(lintian-overrides share/lintian/overrides/ulmaro-assistant)
 
