@@ -67,11 +67,7 @@ Announcement NextAnnouncement(const Event& event, const Moment& now) {
     if (event.kind == kReminder) {
         return {RepeatOf(event) == nullptr ? Announcement::When::kNever : Announcement::When::kAtStart, {}};
     }
-    Event awake = event;
-    Rearm(awake, now);
-    if (IsDatedEventDue(awake, now) && (event.kind == kAppointment || event.kind == kWeekly))
-        return {Announcement::When::kNow, {}};
-    if (event.kind == kAppointment) return OfAppointment(awake, now);
-    if (event.kind == kWeekly) return OfWeekly(awake, now);
-    return {};
+    if (event.kind != kAppointment && event.kind != kWeekly) return {};
+    if (IsDatedEventDue(event, now)) return {Announcement::When::kNow, {}};
+    return event.kind == kAppointment ? OfAppointment(event, now) : OfWeekly(event, now);
 }

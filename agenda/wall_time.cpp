@@ -40,7 +40,9 @@ bool ReadNumbers(std::string_view text, char separator, const std::vector<int>& 
 }  // namespace
 
 bool IsDay(const Day& day) {
-    if (day.year < 1 || day.year > 9999 || day.month < 1 || day.month > 12 || day.day < 1) return false;
+    // The library keeps a day and a month in a byte each: larger ones would wrap.
+    if (day.year < 1 || day.year > 9999 || day.month < 1 || day.month > 12 || day.day < 1 || day.day > 31)
+        return false;
     const auto year = std::chrono::year(static_cast<int>(day.year));
     return (year / day.month / day.day).ok();
 }

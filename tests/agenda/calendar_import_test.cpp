@@ -156,6 +156,9 @@ TEST(CalendarImport, ForgivesExceptionsThatAreOver) {
     const std::string weekly = "UID:1\nDTSTART:20260901T101500\nRRULE:FREQ=WEEKLY";
     EXPECT_EQ(WhyNot(weekly + "\nEXDATE:20261117T101500"), "");
     EXPECT_EQ(WhyNot(weekly + "\nEXDATE:20261124T101500"), "la ripetizione ha eccezioni");
+    // The day before today is not over yet in every zone.
+    EXPECT_EQ(WhyNot(weekly + "\nEXDATE:20261121T101500"), "la ripetizione ha eccezioni");
+    EXPECT_EQ(WhyNot(weekly + "\nEXDATE:20261120T101500"), "");
     const auto replaced = [&](const std::string& day) {
         return ImportOf(
                    Calendar(Vevent("UID:1\nDTSTART:20261124T111500\nRECURRENCE-ID:" + day) + Vevent(weekly)))

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "tests/agenda/helpers.h"
 
 namespace {
@@ -13,6 +15,9 @@ TEST(WallTime, KnowsTheCalendar) {
     EXPECT_TRUE(IsDay({2028, 2, 29}));
     for (const Day& day : {Day{2026, 2, 29},
                            {2026, 4, 31},
+                           {2026, 11, 278},
+                           {2026, 11, INT_MAX},
+                           {2026, 257, 1},
                            {2026, 13, 1},
                            {2026, 0, 1},
                            {2026, 1, 0},

@@ -62,7 +62,8 @@ TEST(IsUtf8, KnowsGoodFromBad) {
 
 TEST(TypedAs, IsAsciiForEveryCharacter) {
     for (char32_t c = 0; c < 0x3000; ++c) {
-        for (const char written : TypedAs(c)) EXPECT_TRUE(written >= ' ' && written <= '~') << std::hex << c;
+        for (const char written : TypedAs(c))
+            EXPECT_TRUE(written >= ' ' && written <= '~') << static_cast<unsigned>(c);
     }
 }
 
