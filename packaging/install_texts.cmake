@@ -29,6 +29,8 @@ endfunction()
 install_text(ulmaro-assistant bin/ulmaro-assistant EXECUTABLE)
 install_text(man/ulmaro-assistant.1 share/man/man1/ulmaro-assistant.1)
 install_text(man/it/ulmaro-assistant.1 share/man/it/man1/ulmaro-assistant.1)
+install_text(../agenda/man/ulmaro-agenda.1 share/man/man1/ulmaro-agenda.1)
+install_text(../agenda/man/it/ulmaro-agenda.1 share/man/it/man1/ulmaro-agenda.1)
 
 # The guide's address is inside the program since it was compiled, unless that is a page of the web.
 set(guide file://${prefix}/share/doc/ulmaro-assistant/guida/index.html)

@@ -78,8 +78,20 @@ for folder in app calendar quiz tests; do
   expect "the engine over $folder" "engine/text.cpp: the engine includes \"$folder/owl.h\""
 done
 
+for folder in app quiz tests; do
+  clean_tree
+  source_file "$folder/owl.h"
+  source_file agenda/listing.cpp "#include \"$folder/owl.h\""
+  expect "the agenda over $folder" "agenda/listing.cpp: the agenda includes \"$folder/owl.h\""
+done
+clean_tree
+source_file calendar/store.h
+source_file agenda/listing.h
+source_file agenda/listing.cpp '#include "agenda/listing.h"' '#include "calendar/store.h"' '#include "engine/text.h"'
+expect 'the agenda over calendar and engine'
+
 for header in X11/Xlib.h X11/extensions/XTest.h GL/glx.h GL/glxext.h xcb/xcb.h; do
-  for folder in app calendar quiz engine; do
+  for folder in agenda app calendar quiz engine; do
     clean_tree
     source_file "$folder/window.h" "#include <$header>"
     expect "$header in $folder" "$folder/window.h: includes <$header>; only app/desktop_x11.cpp and app/keyboard_x11.cpp may"
