@@ -3,10 +3,10 @@
 
 // The seam to the desktop: all that the program asks of the desktop beside its GLUT window.
 //
-// Four source files fill it in: desktop_x11.cpp and, for the keyboard, keyboard_x11.cpp, the only ones that
-// include Xlib; desktop_posix.cpp for clocks and web pages, which need no window system; and
-// desktop_notice.cpp for notices on the message bus. Tests fill it in with a desktop of their own. Nothing
-// here fails loudly: where the desktop has no answer, the function says what it does.
+// Three source files fill it in: desktop_x11.cpp, the only one that includes Xlib; desktop_posix.cpp for
+// clocks and web pages, which need no window system; and desktop_notice.cpp for notices on the message bus.
+// Tests fill it in with a desktop of their own. Nothing here fails loudly: where the desktop has no answer,
+// the function says what it does.
 #pragma once
 
 #include <cstdint>

@@ -30,7 +30,6 @@ clean_tree() {
   source_file app/frame.h
   source_file app/frame.cpp '#include "app/frame.h"' '#include "app/menu.h"' '#include "app/clock.h"'
   source_file app/clock.h
-  source_file app/keyboard_x11.cpp '#include <X11/Xlib.h>' '#include <X11/Xutil.h>'
   source_file app/desktop_x11.cpp '#include <GL/glx.h>' '#include <X11/Xlib.h>'
   source_file tests/unit/menu_test.cpp '#include <X11/Xlib.h>' '#include "app/menu.h"'
   source_file build-other/generated.cpp '#include "not/there.h"'
@@ -94,7 +93,7 @@ for header in X11/Xlib.h X11/extensions/XTest.h GL/glx.h GL/glxext.h xcb/xcb.h; 
   for folder in agenda app calendar quiz engine; do
     clean_tree
     source_file "$folder/window.h" "#include <$header>"
-    expect "$header in $folder" "$folder/window.h: includes <$header>; only app/desktop_x11.cpp and app/keyboard_x11.cpp may"
+    expect "$header in $folder" "$folder/window.h: includes <$header>; only app/desktop_x11.cpp may"
   done
 done
 
