@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::int64_t kMinutesOfDay = 24 * 60;
+constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr std::int64_t kMinutesOfMonth = 31 * kMinutesOfDay;
 constexpr std::int64_t kMinutesOfYear = 12 * kMinutesOfMonth;
 

@@ -156,25 +156,28 @@ std::string AlarmBefore(double minutes) {
     return TextOf(alarm.get());
 }
 
-/// Returns the alarms of an event. They are the same in every event of a kind, so they are written once: they
-/// would take most of an export's time.
-const std::string& AlarmsOf(const Event& event) {
-    static const std::string at_time = AlarmBefore(0);
-    static const std::string all = [] {
-        std::string alarms;
-        for (const LeadTime& lead : kLeadTimes) alarms += AlarmBefore(lead.minutes);
-        return alarms + at_time;
-    }();
-    return event.kind == kReminder ? at_time : all;
-}
+/// The last lines of every event but its end: when it was saved, and its alarms. They are the same in all
+/// events of a kind, so they are written once: they would take most of an export's time.
+struct LastLines {
+    explicit LastLines(std::int64_t saved) {
+        icalproperty* const stamp = icalproperty_new_dtstamp(Stamp(saved));
+        of_reminders = icalproperty_as_ical_string(stamp);
+        icalproperty_free(stamp);
+        of_others = of_reminders;
+        for (const LeadTime& lead : kLeadTimes) of_others += AlarmBefore(lead.minutes);
+        of_others += AlarmBefore(0);
+        of_reminders += AlarmBefore(0);
+    }
 
-/// Returns an event's component, to which the alarms are still to be added.
-Component WithoutAlarms(const Event& event, const Schedule& schedule, const std::string& uid,
-                        std::int64_t saved) {
+    std::string of_others;
+    std::string of_reminders;
+};
+
+/// Returns an event's component without its last lines.
+Component FirstLines(const Event& event, const Schedule& schedule, const std::string& uid) {
     Component component(icalcomponent_new(schedule.component));
     const auto add = [&](icalproperty* property) { icalcomponent_add_property(component.get(), property); };
     add(icalproperty_new_uid(uid.c_str()));
-    add(icalproperty_new_dtstamp(Stamp(saved)));
     add(icalproperty_new_dtstart(IcalTime(schedule.start)));
     if (schedule.frequency != ICAL_NO_RECURRENCE) add(RuleOf(schedule));
     add(icalproperty_new_summary(TitleOf(event).c_str()));
@@ -187,10 +190,11 @@ Component WithoutAlarms(const Event& event, const Schedule& schedule, const std:
 }
 
 std::string WriteEvent(const Event& event, const Schedule& schedule, const std::string& uid,
-                       std::int64_t saved) {
-    std::string text = TextOf(WithoutAlarms(event, schedule, uid, saved).get());
+                       const LastLines& last) {
+    std::string text = TextOf(FirstLines(event, schedule, uid).get());
     const std::size_t end = text.rfind("END:");
-    return end == std::string::npos ? text : text.insert(end, AlarmsOf(event));
+    if (end == std::string::npos) return text;
+    return text.insert(end, event.kind == kReminder ? last.of_reminders : last.of_others);
 }
 
 }  // namespace
@@ -200,6 +204,7 @@ std::vector<NotExported> ExportEvents(const std::list<ListedEvent>& list, std::i
     std::vector<NotExported> left_out;
     std::unordered_map<std::uint64_t, int>
         taken;  // how many events have a hash: two of the same have two UIDs
+    const LastLines last(saved);
     if (!sink(kHead)) return left_out;
     for (const ListedEvent& event : list) {
         std::string why;
@@ -212,7 +217,7 @@ std::vector<NotExported> ExportEvents(const std::list<ListedEvent>& list, std::i
         char uid[64];
         std::snprintf(uid, sizeof uid, "%016llx-%d@ulmaro-assistant", static_cast<unsigned long long>(hash),
                       ++taken[hash]);
-        if (!sink(WriteEvent(event, *schedule, uid, saved))) return left_out;
+        if (!sink(WriteEvent(event, *schedule, uid, last))) return left_out;
     }
     sink(kFoot);
     return left_out;

@@ -6,6 +6,8 @@
 #include "agenda/calendar_import.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
 #include <map>
 #include <tuple>
 #include <unordered_set>
@@ -141,7 +143,7 @@ class Fitting {
         if (known && !floating) return known;
         std::optional<WallTime> shown;
         for (int week = 0; week < (floating ? 1 : kWeeks); ++week) {
-            const WallTime there = {DayAfter1970(from + week * 7), first.hour, first.minute};
+            const WallTime there = {DayAfter1970(from + std::int64_t{7} * week), first.hour, first.minute};
             // On the night in which the clock there is put forward it may not show the time at all.
             if (!floating && !entry.utc && file_.zones.LeavesOut(entry.zone, there)) continue;
             const std::optional<WallTime> local = Local(entry, there, why);

@@ -35,6 +35,6 @@ std::string WithoutBlanks(const std::string& text);
 /// Returns what is kept of an event.
 std::string KeptOf(const Event& event);
 
-/// Restores what was kept to an event that was made of the rest. Leaves the event alone where the text is
-/// none of KeptOf(), or of another day, time or repetition.
-void Restore(const std::string& kept, Event& event);
+/// Restores what was kept, as a text, to an event that was made of the rest. Leaves the event alone where the
+/// text is none of KeptOf(), or of another day, time or repetition.
+void Restore(const std::string& text, Event& event);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::int64_t kSecondsOfDay = 24 * 60 * 60;
+constexpr std::int64_t kSecondsOfDay = 86'400;
 
 /// The most changes of the clock that a VTIMEZONE may list one by one.
 constexpr int kMostObservances = 2000;

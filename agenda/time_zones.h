@@ -32,11 +32,11 @@ class TimeZones {
     /// Returns the seconds since the start of 1970 in UTC at which a clock in the zone shows a time; nothing
     /// for an unknown zone. The day must be one. A time that the clock shows twice is the first of the two;
     /// one that it leaves out is what a clock shows that was not put forward.
-    std::optional<std::int64_t> Seconds(const std::string& zone, const WallTime& time);
+    std::optional<std::int64_t> Seconds(const std::string& name, const WallTime& time);
 
     /// Returns whether a clock in the zone never shows a time, because it is put forward. The day must be
     /// one.
-    bool LeavesOut(const std::string& zone, const WallTime& time);
+    bool LeavesOut(const std::string& name, const WallTime& time);
 
   private:
     struct FreeZone {

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::int64_t kSecondsOfDay = 24 * 60 * 60;
+constexpr std::int64_t kSecondsOfDay = 86'400;
 
 std::chrono::sys_days SysDays(const Day& day) {
     return std::chrono::year(static_cast<int>(day.year)) / day.month / day.day;
@@ -66,7 +66,8 @@ int WeekdayOf(const Day& day) {
 }
 
 std::int64_t SecondsSince1970(const WallTime& time) {
-    return DaysSince1970(time.day) * kSecondsOfDay + time.hour * 3600 + time.minute * 60;
+    return DaysSince1970(time.day) * kSecondsOfDay + time.hour * std::int64_t{3600} +
+           time.minute * std::int64_t{60};
 }
 
 WallTime TimeAfter1970(std::int64_t seconds) {
