@@ -65,7 +65,7 @@ constexpr double kLaughSeconds = 15.5;
 
 // ---- Pictures ----
 
-/// Returns a screen's part.
+/// Returns what a part of the screen shows.
 Image Photograph(Display* connection, const ScreenRect& part) {
     XImage* pixels = XGetImage(connection, DefaultRootWindow(connection), part.x, part.y,
                                static_cast<unsigned int>(part.width), static_cast<unsigned int>(part.height),
@@ -163,8 +163,8 @@ class Film {
         Put(kAtRest);
     }
 
-    /// Returns how long the program's time has passed, seconds: the owl's animation clock, until a laugh or a
-    /// question starts it again.
+    /// Returns how much of the program's time has passed, seconds. This is the owl's animation clock, until a
+    /// laugh or a question starts that one again.
     double Seconds() const { return seconds_; }
 
     /// Lets time pass that is not filmed.
@@ -260,8 +260,7 @@ ScreenPoint OnScreen(const Program& program, CanvasPoint point) {
             place.y + static_cast<int>((kCanvas - point.y) * place.height / kCanvas)};
 }
 
-/// Returns whether the owl looks straight ahead: its picture is that of pupils at rest rather than of pupils
-/// that look down to the right.
+/// Returns whether the owl looks straight ahead.
 bool LooksAhead(const Program& program) {
     const auto gaze = GazeIn(program.Look());
     return gaze && std::abs(gaze->left.x) < 2 && std::abs(gaze->right.x) < 2;
