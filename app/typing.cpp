@@ -5,15 +5,13 @@
 
 #include <GL/freeglut.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <iterator>
 #include <string>
 
 #include "app/desktop.h"
 #include "app/input.h"
 #include "app/stroke_queue.h"
 #include "app/window.h"
+#include "engine/typed_text.h"
 
 bool listening_to_typing = false;
 
@@ -22,61 +20,13 @@ namespace {
 constexpr unsigned char kBackspace = 8;
 constexpr unsigned char kDelete = 127;
 
-// ---- What types what ----
-
-/// What Latin-1 beyond ASCII types, from 0xA0 on; in the locales where GLUT reports Latin-9, 0xA4 is the euro
-/// sign.
-constexpr const char* kLatin1[] = {
-    " ",  "!",  "c",  "GBP", "EUR", "JPY", "|",  "par.", "\"", "(c)", "a", "\"", "-",   "",    "(r)", "-",
-    "o",  "+-", "2",  "3",   "'",   "u",   "P",  ".",    ",",  "1",   "o", "\"", "1/4", "1/2", "3/4", "?",
-    "A'", "A",  "A",  "A",   "A",   "A",   "AE", "C",    "E'", "E'",  "E", "E",  "I'",  "I",   "I",   "I",
-    "D",  "N",  "O'", "O",   "O",   "O",   "O",  "x",    "O",  "U'",  "U", "U",  "U",   "Y",   "TH",  "ss",
-    "a'", "a",  "a",  "a",   "a",   "a",   "ae", "c",    "e'", "e'",  "e", "e",  "i'",  "i",   "i",   "i",
-    "d",  "n",  "o'", "o",   "o",   "o",   "o",  ":",    "o",  "u'",  "u", "u",  "u",   "y",   "th",  "y",
-};
-constexpr char32_t kFirstOfLatin1 = 0xA0;
-static_assert(std::size(kLatin1) == 0x100 - kFirstOfLatin1);
-
-/// What the letters of Latin Extended-A type, from 0x100 on; "?" stands for those of kOthers.
-constexpr char kExtendedA[] =
-    "AaAaAaCcCcCcCcDdDdEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi??JjKkkLlLlLlLlLlNnNnNnnNnOoOoOo??RrRrRrSsSsSsSsTtTtTt"
-    "UuUuUuUuUuUuWwYyYZzZzZzs";
-constexpr char32_t kFirstOfExtendedA = 0x100;
-static_assert(std::size(kExtendedA) - 1 == 0x180 - kFirstOfExtendedA);
-
-/// A character beyond those and what it types.
-struct Spelling {
-    char32_t character;
-    const char* text;
-};
-
-constexpr Spelling kOthers[] = {
-    {0x132, "IJ"},  {0x133, "ij"},  {0x152, "OE"},   {0x153, "oe"},   {0x218, "S"},     {0x219, "s"},
-    {0x21A, "T"},   {0x21B, "t"},   {0x1E9E, "SS"},  {0x2010, "-"},   {0x2011, "-"},    {0x2012, "-"},
-    {0x2013, "-"},  {0x2014, "-"},  {0x2018, "'"},   {0x2019, "'"},   {0x201A, ","},    {0x201C, "\""},
-    {0x201D, "\""}, {0x201E, "\""}, {0x2022, "*"},   {0x2026, "..."}, {0x2032, "'"},    {0x2033, "\""},
-    {0x2039, "'"},  {0x203A, "'"},  {0x20AC, "EUR"}, {0x2116, "n."},  {0x2122, "(tm)"}, {0x2212, "-"},
-};
-
-/// Returns what a character beyond ASCII types: nothing where it is not known.
-std::string SpellingOf(char32_t character) {
-    const auto* row = std::find_if(std::begin(kOthers), std::end(kOthers),
-                                   [&](const Spelling& other) { return other.character == character; });
-    if (row != std::end(kOthers)) return row->text;
-    if (character < kFirstOfLatin1) return "";
-    if (character < kFirstOfExtendedA) return kLatin1[character - kFirstOfLatin1];
-    if (character < kFirstOfExtendedA + std::size(kExtendedA) - 1)
-        return {kExtendedA[character - kFirstOfExtendedA]};
-    return "";
-}
-
 void Type(char32_t character) {
     if (character == kBackspace || character == kDelete) {
         EnqueueCharacter(kDelete);
     } else if (character >= ' ' && character < kDelete) {
         EnqueueCharacter(static_cast<unsigned char>(character));
     } else {
-        EnqueueTogether(SpellingOf(character));
+        EnqueueTogether(std::string(TypedAs(character)));
     }
 }
 

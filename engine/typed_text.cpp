@@ -9,46 +9,40 @@
 
 namespace {
 
-/// A character beyond ASCII and what is written for it.
-struct Typed {
+/// What Latin-1 beyond ASCII types, from 0xA0 on; in the locales where GLUT reports Latin-9, 0xA4 is the euro
+/// sign.
+constexpr const char* kLatin1[] = {
+    " ",  "!",  "c",  "GBP", "EUR", "JPY", "|",  "par.", "\"", "(c)", "a", "\"", "-",   "",    "(r)", "-",
+    "o",  "+-", "2",  "3",   "'",   "u",   "P",  ".",    ",",  "1",   "o", "\"", "1/4", "1/2", "3/4", "?",
+    "A'", "A",  "A",  "A",   "A",   "A",   "AE", "C",    "E'", "E'",  "E", "E",  "I'",  "I",   "I",   "I",
+    "D",  "N",  "O'", "O",   "O",   "O",   "O",  "x",    "O",  "U'",  "U", "U",  "U",   "Y",   "TH",  "ss",
+    "a'", "a",  "a",  "a",   "a",   "a",   "ae", "c",    "e'", "e'",  "e", "e",  "i'",  "i",   "i",   "i",
+    "d",  "n",  "o'", "o",   "o",   "o",   "o",  ":",    "o",  "u'",  "u", "u",  "u",   "y",   "th",  "y",
+};
+constexpr char32_t kFirstOfLatin1 = 0xA0;
+static_assert(std::size(kLatin1) == 0x100 - kFirstOfLatin1);
+
+/// What the letters of Latin Extended-A type, from 0x100 on; "?" stands for those of kOthers.
+constexpr char kExtendedA[] =
+    "AaAaAaCcCcCcCcDdDdEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIi??JjKkkLlLlLlLlLlNnNnNnnNnOoOoOo??RrRrRrSsSsSsSsTtTtTt"
+    "UuUuUuUuUuUuWwYyYZzZzZzs";
+constexpr char32_t kFirstOfExtendedA = 0x100;
+static_assert(std::size(kExtendedA) - 1 == 0x180 - kFirstOfExtendedA);
+
+/// A character beyond those and what it types.
+struct Spelling {
     char32_t character;
-    const char* ascii;
+    const char* text;
 };
 
-/// In the order of the characters.
-constexpr Typed kTyped[] = {
-    {0xA0, " "},     {0xA1, "!"},    {0xAA, "a"},     {0xAB, "\""},  {0xAD, "-"},    {0xB0, "o"},
-    {0xB2, "2"},     {0xB3, "3"},    {0xB4, "'"},     {0xB5, "u"},   {0xB7, "."},    {0xB9, "1"},
-    {0xBA, "o"},     {0xBB, "\""},   {0xBC, "1/4"},   {0xBD, "1/2"}, {0xBE, "3/4"},  {0xBF, "?"},
-    {0xC0, "A'"},    {0xC1, "A"},    {0xC2, "A"},     {0xC3, "A"},   {0xC4, "A"},    {0xC5, "A"},
-    {0xC6, "AE"},    {0xC7, "C"},    {0xC8, "E'"},    {0xC9, "E'"},  {0xCA, "E"},    {0xCB, "E"},
-    {0xCC, "I'"},    {0xCD, "I"},    {0xCE, "I"},     {0xCF, "I"},   {0xD0, "D"},    {0xD1, "N"},
-    {0xD2, "O'"},    {0xD3, "O"},    {0xD4, "O"},     {0xD5, "O"},   {0xD6, "O"},    {0xD7, "x"},
-    {0xD8, "O"},     {0xD9, "U'"},   {0xDA, "U"},     {0xDB, "U"},   {0xDC, "U"},    {0xDD, "Y"},
-    {0xDE, "Th"},    {0xDF, "ss"},   {0xE0, "a'"},    {0xE1, "a"},   {0xE2, "a"},    {0xE3, "a"},
-    {0xE4, "a"},     {0xE5, "a"},    {0xE6, "ae"},    {0xE7, "c"},   {0xE8, "e'"},   {0xE9, "e'"},
-    {0xEA, "e"},     {0xEB, "e"},    {0xEC, "i'"},    {0xED, "i"},   {0xEE, "i"},    {0xEF, "i"},
-    {0xF0, "d"},     {0xF1, "n"},    {0xF2, "o'"},    {0xF3, "o"},   {0xF4, "o"},    {0xF5, "o"},
-    {0xF6, "o"},     {0xF7, ":"},    {0xF8, "o"},     {0xF9, "u'"},  {0xFA, "u"},    {0xFB, "u"},
-    {0xFC, "u"},     {0xFD, "y"},    {0xFE, "th"},    {0xFF, "y"},   {0x102, "A"},   {0x103, "a"},
-    {0x104, "A"},    {0x105, "a"},   {0x106, "C"},    {0x107, "c"},  {0x10C, "C"},   {0x10D, "c"},
-    {0x10E, "D"},    {0x10F, "d"},   {0x110, "D"},    {0x111, "d"},  {0x118, "E"},   {0x119, "e"},
-    {0x11A, "E"},    {0x11B, "e"},   {0x11E, "G"},    {0x11F, "g"},  {0x130, "I"},   {0x131, "i"},
-    {0x139, "L"},    {0x13A, "l"},   {0x13D, "L"},    {0x13E, "l"},  {0x141, "L"},   {0x142, "l"},
-    {0x143, "N"},    {0x144, "n"},   {0x147, "N"},    {0x148, "n"},  {0x150, "O"},   {0x151, "o"},
-    {0x152, "OE"},   {0x153, "oe"},  {0x154, "R"},    {0x155, "r"},  {0x158, "R"},   {0x159, "r"},
-    {0x15A, "S"},    {0x15B, "s"},   {0x15E, "S"},    {0x15F, "s"},  {0x160, "S"},   {0x161, "s"},
-    {0x162, "T"},    {0x163, "t"},   {0x164, "T"},    {0x165, "t"},  {0x16E, "U"},   {0x16F, "u"},
-    {0x170, "U"},    {0x171, "u"},   {0x178, "Y"},    {0x179, "Z"},  {0x17A, "z"},   {0x17B, "Z"},
-    {0x17C, "z"},    {0x17D, "Z"},   {0x17E, "z"},    {0x218, "S"},  {0x219, "s"},   {0x21A, "T"},
-    {0x21B, "t"},    {0x2010, "-"},  {0x2011, "-"},   {0x2012, "-"}, {0x2013, "-"},  {0x2014, "-"},
-    {0x2015, "-"},   {0x2018, "'"},  {0x2019, "'"},   {0x201A, "'"}, {0x201C, "\""}, {0x201D, "\""},
-    {0x201E, "\""},  {0x2022, "-"},  {0x2026, "..."}, {0x202F, " "}, {0x2032, "'"},  {0x2033, "\""},
-    {0x20AC, "EUR"}, {0x2192, "->"}, {0x2212, "-"},
+constexpr Spelling kOthers[] = {
+    {0x132, "IJ"},    {0x133, "ij"},  {0x152, "OE"},  {0x153, "oe"}, {0x218, "S"},    {0x219, "s"},
+    {0x21A, "T"},     {0x21B, "t"},   {0x1E9E, "SS"}, {0x2010, "-"}, {0x2011, "-"},   {0x2012, "-"},
+    {0x2013, "-"},    {0x2014, "-"},  {0x2015, "-"},  {0x2018, "'"}, {0x2019, "'"},   {0x201A, ","},
+    {0x201C, "\""},   {0x201D, "\""}, {0x201E, "\""}, {0x2022, "*"}, {0x2026, "..."}, {0x202F, " "},
+    {0x2032, "'"},    {0x2033, "\""}, {0x2039, "'"},  {0x203A, "'"}, {0x20AC, "EUR"}, {0x2116, "n."},
+    {0x2122, "(tm)"}, {0x2192, "->"}, {0x2212, "-"},
 };
-
-static_assert(std::is_sorted(std::begin(kTyped), std::end(kTyped),
-                             [](const Typed& a, const Typed& b) { return a.character < b.character; }));
 
 constexpr char32_t kCombiningGrave = 0x300;
 constexpr char32_t kCombiningAcute = 0x301;
@@ -104,10 +98,15 @@ std::string Accented(char32_t letter, char32_t accent) {
 
 std::string_view TypedAs(char32_t character) {
     if (character >= ' ' && character < 0x7F) return kAscii.substr(character - ' ', 1);
-    const auto* row =
-        std::lower_bound(std::begin(kTyped), std::end(kTyped), character,
-                         [](const Typed& typed, char32_t wanted) { return typed.character < wanted; });
-    return row != std::end(kTyped) && row->character == character ? row->ascii : std::string_view();
+    const auto* row = std::find_if(std::begin(kOthers), std::end(kOthers),
+                                   [&](const Spelling& other) { return other.character == character; });
+    if (row != std::end(kOthers)) return row->text;
+    if (character < kFirstOfLatin1) return {};
+    if (character < kFirstOfExtendedA) return kLatin1[character - kFirstOfLatin1];
+    if (character < kFirstOfExtendedA + std::size(kExtendedA) - 1) {
+        return std::string_view(kExtendedA).substr(character - kFirstOfExtendedA, 1);
+    }
+    return {};
 }
 
 bool IsUtf8(std::string_view text) {

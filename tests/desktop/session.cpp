@@ -5,7 +5,9 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -81,6 +83,17 @@ bool ManagesNewWindows(Display* connection) {
     return result;
 }
 
+/// Returns whether somebody listens at the socket of that name.
+bool AcceptsConnections(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool accepts = connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(client);
+    return accepts;
+}
+
 }  // namespace
 
 std::string NameOf(WindowManager manager) {
@@ -153,8 +166,8 @@ void Session::StartBus() {
     command.environment = environment_;
     command.error_file = folder_.Path("bus_said");
     bus_.emplace(command);
-    const auto there = [this] { return access(folder_.Path("bus").c_str(), F_OK) == 0; };
-    if (!WaitUntil(there, 10)) Fail("no message bus: " + folder_.Read("bus_said"));
+    if (!WaitUntil([this] { return AcceptsConnections(folder_.Path("bus")); }, 10))
+        Fail("no message bus: " + folder_.Read("bus_said"));
 }
 
 void Session::StartManager(const std::vector<std::string>& words) {

@@ -3,8 +3,10 @@
 
 // What must hold for any text typed at any speed: nothing is lost and nothing changes its place.
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "engine/typed_text.h"
 #include "tests/unit/calendar_fixture.h"
 // After GoogleTest.
 #include <rapidcheck/gtest.h>
@@ -14,24 +16,14 @@ namespace {
 constexpr std::size_t kLongestName = 17;
 constexpr std::size_t kLongestDescription = 345;
 
-/// Returns what a character types, for a second time: nothing, itself, or a letter and an apostrophe.
-std::string Typed(unsigned char character) {
-    const std::string latin1 = "\xC0\xC8\xC9\xCC\xD2\xD9\xE0\xE8\xE9\xEC\xF2\xF9";
-    const std::string plain = "AEEIOUaeeiou";
-    const std::size_t accented = latin1.find(static_cast<char>(character));
-    if (accented != std::string::npos) return std::string(1, plain[accented]) + "'";
-    return character >= ' ' && character < 127 ? std::string(1, static_cast<char>(character)) : "";
-}
-
-/// Types a character at the end of a text.
+/// Types a character at the end of a text, all that stands for it or nothing.
 void TypeAt(std::string& text, std::size_t longest, unsigned char character) {
     if (character == 8 || character == 127) {
         if (!text.empty()) text.pop_back();
         return;
     }
-    for (const char c : Typed(character)) {
-        if (text.size() < longest) text += c;
-    }
+    const std::string_view typed = TypedAs(character);
+    if (text.size() + typed.size() <= longest) text += typed;
 }
 
 /// Returns characters as hands type them: mostly letters, some erased, some that type nothing.
