@@ -203,8 +203,8 @@ void Connect() {
     library.add_match(exchange.bus, nullptr, kComingsAndGoings, TakeOwner, nullptr, nullptr);
 }
 
-/// Asks the server to show the notice, in place of its predecessor, until it is taken away. The text may hold
-/// markup by the specification, the title may not, so only the text is escaped.
+/// Asks the server to show the notice, in place of its predecessor, until it is taken away. Servers take
+/// the text for markup and the title not, so only the text is escaped.
 void SendNotice() {
     constexpr int kNeverExpires = 0;
     constexpr std::uint8_t kNormalUrgency =
