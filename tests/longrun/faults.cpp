@@ -25,10 +25,12 @@ constexpr char kDiskFull[] =
 }  // namespace
 
 Faults::Faults(Course& course, double seconds)
-    : course_(course), kinds_{{"the window is hidden", &Faults::Hide},
+    // The kill comes first: what later faults cost once, such as the memory of the largest window, is then
+    // spent in the process whose memory is judged.
+    : course_(course), kinds_{{"the program is killed", &Faults::KillAndStartAgain},
+                              {"the window is hidden", &Faults::Hide},
                               {"other sizes of the window", &Faults::OtherSizes},
                               {"the disk is full", &Faults::FullDisk},
-                              {"the program is killed", &Faults::KillAndStartAgain},
                               {"daylight saving begins", &Faults::SpringNight},
                               {"the sound device is lost", &Faults::LostDevice},
                               {"the clock is set ahead", &Faults::WallAhead},
