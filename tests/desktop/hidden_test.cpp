@@ -178,7 +178,8 @@ TEST_P(TheHiddenWindow, DrawsTenFramesASecondAndCostsLittle) {
     EXPECT_GE(hidden.frames, 8);
     EXPECT_LE(hidden.frames, 15);
     EXPECT_LT(hidden.processor, 0.03);
-    EXPECT_LE(hidden.wakeups, 40);
+    // The main thread's ten, and those of a software driver's threads, which each frame wakes for nothing.
+    EXPECT_LE(hidden.wakeups, 90);
     EXPECT_GE(back, 0.7 * before.swaps) << "swaps a second";
     EXPECT_GT(before.swaps, 15);
 }

@@ -151,7 +151,6 @@ struct Gl {
     Vec3 normal{0, 0, 1};
     RasterPosition raster;
     std::set<GLenum> enabled;
-    GLenum render_mode = GL_RENDER;  ///< of glRenderMode
     bool depth_mask = true;
     GLenum depth_func = GL_LESS;
     GLenum blend_source = GL_ONE;

@@ -174,13 +174,8 @@ void glFlush() {
 void glFinish() {
     JustRecord("glFinish");
 }
-void glSelectBuffer(GLsizei size, GLuint* /*buffer*/) {
-    JustRecord("glSelectBuffer", {size});
-}
-GLint glRenderMode(GLenum mode) {
-    Record("glRenderMode", {Constant(mode)});
-    gl().render_mode = mode;
-    return 0;
+void glScissor(GLint x, GLint y, GLsizei width, GLsizei height) {
+    JustRecord("glScissor", {x, y, width, height});
 }
 
 void glGetFloatv(GLenum pname, GLfloat* params) {

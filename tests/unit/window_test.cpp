@@ -29,7 +29,7 @@ std::function<void()> draw;  ///< what a frame does beside beginning and ending
 void DrawFrame() {
     ++frames_drawn;
     BeginFrame();
-    fakes::Record("draw", {fakes::gl().render_mode == GL_SELECT ? 1 : 0});
+    fakes::Record("draw", {fakes::gl().Enabled(GL_SCISSOR_TEST)});
     if (draw) draw();
     PresentFrame();
 }
@@ -208,7 +208,7 @@ TEST_F(ShownFrameTest, TheRefreshIsAskedForFirstThenDrawingIsAwaitedAndTheSwapCo
     Round();
 
     EXPECT_EQ(fakes::Lines({"RequestRefresh", "AwaitDrawing", "draw", "glFlush", "glFinish", "AwaitRefresh",
-                            "AwaitSight", "glSelectBuffer", "glRenderMode", "glutSwapBuffers"}),
+                            "AwaitSight", "glScissor", "glEnable", "glDisable", "glutSwapBuffers"}),
               (Calls{"RequestRefresh()", "AwaitDrawing()", "draw(0)", "glFlush()", "glFinish()",
                      "AwaitRefresh(100000000, 0)", "glutSwapBuffers()"}));
 }
@@ -371,10 +371,10 @@ TEST_F(HiddenFrameTest, TouchesNoPixelAsksForNoRefreshAndIsNotSwapped) {
     Round();
 
     EXPECT_EQ(fakes::Lines({"RequestRefresh", "draw", "glFlush", "glFinish", "AwaitRefresh", "AwaitSight",
-                            "glSelectBuffer", "glRenderMode", "glutSwapBuffers", "SetSwapInterval",
+                            "glScissor", "glEnable", "glDisable", "glutSwapBuffers", "SetSwapInterval",
                             "GlobalPointer", "glutGet"}),
-              (Calls{"glSelectBuffer(1)", "glRenderMode(GL_SELECT)", "draw(1)", "glFlush()", "glFinish()",
-                     "glRenderMode(GL_RENDER)", "AwaitSight(100000000)"}));
+              (Calls{"glEnable(GL_SCISSOR_TEST)", "glScissor(0, 0, 0, 0)", "draw(1)", "glFlush()",
+                     "glFinish()", "glDisable(GL_SCISSOR_TEST)", "AwaitSight(100000000)"}));
 }
 
 TEST_F(HiddenFrameTest, TellsThatItIsHiddenWhileItIsDrawn) {
