@@ -127,7 +127,7 @@ void SetSwapInterval(int refreshes);
 struct DesktopNotice {
     std::string title;
     std::string text;
-    const char* category;  ///< as the Desktop Notifications Specification has them
+    const char* category;  ///< one that servers of notifications know, or one of our own: "x-..."
 };
 
 /// Shows a notice, in place of the one before.

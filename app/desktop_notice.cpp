@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The part of the seam to the desktop that shows notices: the Desktop Notifications Specification
-// (https://specifications.freedesktop.org/notification-spec/latest/) over the user's message bus.
+// The part of the seam to the desktop that shows notices: freedesktop.org's notifications, spoken with the
+// server org.freedesktop.Notifications on the user's message bus.
 //
 // The client is sd-bus, which is part of libsystemd and kept as long as that is. Of the clients that there
 // are, it alone suits a program of one thread whose frames must not wait: connecting, authenticating and

@@ -14,9 +14,8 @@
 // owl for a program that steals the focus; this helper asks on the user's behalf, as a taskbar does.
 //
 // The window is found by its class and by its process, whose working directory is the folder. What is asked
-// of the window manager follows the Extended Window Manager Hints
-// (https://specifications.freedesktop.org/wm-spec/latest/); without one, or where it does not listen, the
-// window is mapped and raised by plain requests.
+// of the window manager follows the Extended Window Manager Hints of freedesktop.org; without one, or where
+// it does not listen, the window is mapped and raised by plain requests.
 #include <sys/stat.h>
 #include <xcb/xcb.h>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// The double of a server of notices, as the Desktop Notifications Specification has them, on a message bus.
+// The double of a server of notices, org.freedesktop.Notifications, on a message bus.
 //
 // It works only while Serve() is called: left alone it is a server that hangs.
 #pragma once
