@@ -12,8 +12,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "agenda/ical_types.h"
 #include "agenda/record.h"
-#include "agenda/time_zones.h"
 #include "agenda/wall_time.h"
 #include "calendar/notices.h"
 
@@ -108,16 +108,6 @@ std::optional<Schedule> ScheduleOf(const Event& event, std::string& why) {
 }
 
 // ---- Components ----
-
-icaltimetype IcalTime(const WallTime& time) {
-    icaltimetype result = icaltime_null_time();
-    result.year = static_cast<int>(time.day.year);
-    result.month = time.day.month;
-    result.day = time.day.day;
-    result.hour = time.hour;
-    result.minute = time.minute;
-    return result;
-}
 
 /// Returns the moment of the last save, in UTC.
 icaltimetype Stamp(std::int64_t seconds) {

@@ -95,16 +95,6 @@ bool IsPlain(icalcomponent* description) {
     return observances > 0;
 }
 
-icaltimetype IcalTime(const WallTime& time) {
-    icaltimetype result = icaltime_null_time();
-    result.year = static_cast<int>(time.day.year);
-    result.month = time.day.month;
-    result.day = time.day.day;
-    result.hour = time.hour;
-    result.minute = time.minute;
-    return result;
-}
-
 /// Returns the seconds that a zone is ahead of UTC so many seconds after the start of 1970.
 std::int64_t OffsetAt(icaltimezone* zone, std::int64_t seconds) {
     icaltimetype time = IcalTime(TimeAfter1970(seconds));

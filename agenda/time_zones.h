@@ -13,13 +13,8 @@
 
 #include <libical/ical.h>
 
+#include "agenda/ical_types.h"
 #include "agenda/wall_time.h"
-
-/// Frees what libical has made.
-struct FreeComponent {
-    void operator()(icalcomponent* component) const { icalcomponent_free(component); }
-};
-using Component = std::unique_ptr<icalcomponent, FreeComponent>;
 
 /// The zones that the times of one file may be in.
 class TimeZones {

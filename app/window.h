@@ -22,13 +22,12 @@
 // refresh where a frame costs more processor time than a third of a refresh, as it does without a graphics
 // card.
 //
-//                    BeginFrame                     drawing      PresentFrame
-//   shown            asks for a refresh, waits      all          flush, finish, wait for the refresh, swap
-//                    until it is time to draw
-//   shown, at rest   the same                       all          flush, finish, wait for it and one more,
-//   swap hidden           -                              no pixel     flush, finish, wait until a tenth of a
-//   second
-//                                                                has passed
+//                    BeginFrame             drawing    PresentFrame
+//   shown            asks for a refresh,    all        flush, finish, wait for the refresh, swap
+//                    waits until it is
+//                    time to draw
+//   shown, at rest   the same               all        flush, finish, wait for it and one more, swap
+//   hidden           -                      no pixel   flush, finish, wait until 0.1 s has passed
 //
 // Where the desktop tells of no refreshes, a swap waits for one if the driver can. With vblank_mode=0 in the
 // environment, the switch that Mesa has too, nothing waits: that is for measuring.
