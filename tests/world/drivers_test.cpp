@@ -52,7 +52,7 @@ std::string RendererOf(const Desktop& desk, const std::string& driver) {
 /// Takes pictures of the screens in a window of that edge, pixels.
 void LookAround(Program& program, int edge, Looks& looks) {
     const auto look = [&](const std::string& screen) {
-        program.WaitForFrames(3, 120);  // softpipe is slow
+        program.WaitForFrames(3);
         looks.emplace(screen + " " + std::to_string(edge), program.Look());
     };
     program.Resize({100, 100, edge, edge});
@@ -86,6 +86,7 @@ Looks LooksBy(const std::string& driver) {
     Start start;
     start.clock = Clock::kInHand;
     start.environment = Environment(driver);
+    start.patience = 10;  // softpipe is slow
     const WallClock clock(kNow);
     clock.Rule(start);
     Program program(desk, start);
