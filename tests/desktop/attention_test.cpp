@@ -160,14 +160,18 @@ TEST_F(TheFrameWithANotice, AsksTheServerNothingForTheAttention) {
     Program& program = Begin({AtNine("Dentista")});
     OtherWindow other(desk, program);
     program.WaitForFrames(5);
-    const double before = program.RoundTripsPerFrame(60);
+    // The least of some rounds: on a busy machine events come late and cost answers of their own.
+    const auto round_trips = [&] {
+        double least = program.RoundTripsPerFrame(60);
+        for (int round = 1; round < 5; ++round) least = std::min(least, program.RoundTripsPerFrame(60));
+        return least;
+    };
+    const double before = round_trips();
 
     clock.Set(kAMinuteLater);
     ASSERT_TRUE(WaitUntil([&] { return HasUrgencyHint(desk, program); }, 5));
     program.WaitForFrames(5);
-    const double after = program.RoundTripsPerFrame(60);
-
-    EXPECT_NEAR(after, before, 0.1);
+    EXPECT_NEAR(round_trips(), before, 0.1);
 }
 
 // ---- Notices ----

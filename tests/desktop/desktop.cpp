@@ -315,7 +315,8 @@ void Program::StartProcess() {
         window_ = desktop_.FindWindow(kTitle);
         return window_ != None && (start_.wait_for_sight ? Shown() : Frames() > 0);
     };
-    if (!WaitUntil([&] { return ready() || !process_->Running(); }, 30) || !process_->Running()) {
+    const auto ready_or_gone = [&] { return ready() || !process_->Running(); };
+    if (!WaitUntil(ready_or_gone, start_.patience * 30) || !process_->Running()) {
         Fail("the program shows no window; it said: " + Said());
     }
     WaitForFrames(3, 60);
@@ -394,7 +395,7 @@ bool Program::WaitInHaste(const std::function<bool()>& condition, double seconds
 void Program::WaitForFrames(std::uint64_t count, double seconds) {
     const std::uint64_t goal = Frames() + count;
     const auto there = [&] { return Frames() >= goal || !process_->Running(); };
-    if (!WaitInHaste(there, seconds)) Fail("the program draws no frames");
+    if (!WaitInHaste(there, start_.patience * seconds)) Fail("the program draws no frames");
     if (!process_->Running()) Fail("the program has ended; it said: " + Said());
 }
 
@@ -415,7 +416,7 @@ double Program::FramesPerSecond(double seconds) const {
 void Program::LetTimePass(double seconds) {
     BeginToPass(seconds);
     const auto passed = [this] { return probe_->to_pass == 0 || !process_->Running(); };
-    if (!WaitInHaste(passed, 60 + seconds)) Fail("the program's time does not pass");
+    if (!WaitInHaste(passed, start_.patience * (60 + seconds))) Fail("the program's time does not pass");
     WaitForFrames(2);
 }
 
@@ -447,7 +448,7 @@ void Program::AwaitEvents() {
     const auto read = [&] {
         return probe_->mark == static_cast<std::uint64_t>(mark) || !process_->Running();
     };
-    if (!WaitInHaste(read, 20)) Fail("the program reads no events");
+    if (!WaitInHaste(read, start_.patience * 20)) Fail("the program reads no events");
 }
 
 void Program::MovePointer(CanvasPoint point) {

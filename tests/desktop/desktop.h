@@ -150,6 +150,7 @@ struct Start {
     bool wait_for_window = true;  ///< the program is expected to show its window and frames
     std::string program = ProgramUnderTest();             ///< the file that is run
     std::int64_t longest_step = kLongestStepNanoseconds;  ///< of a clock in hand, ns
+    double patience = 1;  ///< how many times as long as usual its window, frames and events are waited for
 };
 
 /// The real program in its window.

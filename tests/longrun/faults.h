@@ -49,7 +49,13 @@ class Faults {
     void LostDevice();
     void KillAndStartAgain();
 
+    void DealWithAll();
+    std::string GetReadyToSave();
+    bool DiesAtCall(int call);
+    void StartAgain(const std::string& old_store);
     void LookAgain();
+    std::int64_t AvoidMidnight();
+    void MeetInAnHour();
     void Night(std::int64_t change);
     void Expect(bool holds, const std::string& text);
     std::string Store() const;

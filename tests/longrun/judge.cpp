@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace longrun {
 
@@ -26,21 +27,21 @@ double Minutes(double day, double month, double year, double hour, double minute
     return minute + 60 * (hour + 24 * (day + 31 * (month + 12 * year)));
 }
 
-bool IsReminderDue(const desktop::Record& event) {
-    switch (event.repeat) {
+bool IsReminderDue(int repeat, float waited) {
+    switch (repeat) {
         case 0:
-            return event.elapsed > 3600;
+            return waited > 3600;
         case 1:
-            return event.elapsed > 7200;
+            return waited > 7200;
         case 2:
-            return event.elapsed >= 10800;
+            return waited >= 10800;
         default:
             return false;
     }
 }
 
-bool IsDue(const desktop::Record& event, const std::tm& now) {
-    if (event.kind == desktop::kReminder) return IsReminderDue(event);
+/// Returns whether an appointment or a weekly event is due.
+bool IsDatedDue(const desktop::Record& event, const std::tm& now) {
     if (event.done != 0) return false;
     if (event.kind == desktop::kWeekly && event.wday != now.tm_wday) return false;
     const bool weekly = event.kind == desktop::kWeekly;
@@ -53,6 +54,30 @@ bool IsDue(const desktop::Record& event, const std::tm& now) {
 }
 
 }  // namespace
+
+/// Returns how long a reminder that the store has has waited by now. What it is known to have waited is more
+/// exact than the store's float, and is so where the two agree.
+double Judge::Waited(const desktop::Record& reminder) const {
+    constexpr double kRoundingOfFloat = 0.001;
+    const double waited = static_cast<double>(reminder.elapsed) + since_saved_;
+    const auto known = std::find_if(events_.begin(), events_.end(), [&](const Watched& event) {
+        return event.record.kind == desktop::kReminder && std::abs(event.waited - waited) < kRoundingOfFloat;
+    });
+    return known == events_.end() ? waited : known->waited;
+}
+
+void Judge::SetEvents(const std::vector<desktop::Record>& events) {
+    std::vector<Watched> watched;
+    for (const desktop::Record& record : events) {
+        watched.push_back({record, record.kind == desktop::kReminder ? Waited(record) : 0});
+    }
+    events_ = std::move(watched);
+}
+
+bool Judge::IsDue(const Watched& event) const {
+    if (event.record.kind != desktop::kReminder) return IsDatedDue(event.record, wall_);
+    return IsReminderDue(event.record.repeat, static_cast<float>(event.waited));
+}
 
 void Judge::Complain(const std::string& text) {
     char when[64];
@@ -93,6 +118,7 @@ void Judge::Follow(const FrameRecord& record) {
     last_clock_ = record.clock;
     ++seen_.frames;
     seen_.seconds += dt;
+    if ((marks & kSaved) != 0) since_saved_ = 0;
     if ((marks & kQuizSound) != 0) ++seen_.quiz_sounds;
     if ((marks & kLaughSound) != 0) ++seen_.laughs;
     if ((marks & (kOwlScreen | kListScreen | kEventScreen | kQuizScreen)) == 0)
@@ -151,9 +177,10 @@ void Judge::FollowOffers(float dt, std::uint32_t marks) {
 
 void Judge::FollowNotices(float dt, std::uint32_t marks) {
     bool due = false;
-    for (desktop::Record& event : events_) {
-        if (event.kind == desktop::kReminder) event.elapsed += dt;
-        due = due || IsDue(event, wall_);
+    since_saved_ += dt;
+    for (Watched& event : events_) {
+        event.waited += dt;
+        due = due || IsDue(event);
     }
     const bool badge = (marks & kBadge) != 0;
     // In frames that take no time the user clicks and the clock on the wall is set.

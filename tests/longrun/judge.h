@@ -9,8 +9,9 @@
 //
 // - Offers. The next offer comes 900 to 1800 s after the end of the last, whether it came by itself or was
 //   asked for; asleep it waits for the waking. An offer stands for 20 s. It smokes from its first frame on.
-// - Notices. A reminder is due once 3600, 7200 or 10800 s have been added up, frame by frame in single
-//   precision as the program does, so that the very frame is known. An appointment is due from its minute on,
+// - Notices. A reminder is due once the steps of its frames have come to 3600, 7200 or 10800 s. The program
+//   shows the float that is nearest to their exact sum, and so the very frame is known, also after days.
+//   Where it has saved, the store holds that float. An appointment is due from its minute on,
 //   and 60 and 30 minutes before until these notices were given; a weekly event the same on its day. While
 //   anything is due there is a badge, and never otherwise. The notice sounds at once and then every 35 s.
 // - Poses, while nobody disturbs the owl. It perches for 10 to 20 s. It stands for 20 to 60 s; after a sleep
@@ -71,8 +72,8 @@ class Judge {
     /// Takes the longest step of the program's clock, seconds.
     explicit Judge(double step) : step_(step) {}
 
-    /// Takes the events as the store has them now.
-    void SetEvents(const std::vector<desktop::Record>& events) { events_ = events; }
+    /// Takes the events as the store has had them since the last frame that was marked as saved.
+    void SetEvents(const std::vector<desktop::Record>& events);
 
     /// Takes the local time that the clock on the wall shows from now on.
     void SetWallClock(const std::tm& time) { wall_ = time; }
@@ -104,6 +105,14 @@ class Judge {
     const std::vector<std::string>& Complaints() const { return complaints_; }
 
   private:
+    /// An event of the store, and for a reminder how long it has waited.
+    struct Watched {
+        desktop::Record record;
+        double waited = 0;  ///< the exact sum of its frames' steps, seconds
+    };
+
+    double Waited(const desktop::Record& reminder) const;
+    bool IsDue(const Watched& event) const;
     void FollowOffers(float dt, std::uint32_t marks);
     void FollowNotices(float dt, std::uint32_t marks);
     void FollowPoses(float dt, std::uint32_t marks);
@@ -113,7 +122,8 @@ class Judge {
     void Expect(bool holds, const std::string& text, double number);
 
     double step_;
-    std::vector<desktop::Record> events_;
+    std::vector<Watched> events_;
+    double since_saved_ = 0;  ///< owl's seconds since the last save
     std::tm wall_ = {};
     bool pointer_inside_ = false;
     bool store_holds_ = true;

@@ -28,7 +28,7 @@ void Follower::CatchUp() {
     while (in.read(reinterpret_cast<char*>(&record), sizeof record)) {
         read_ += static_cast<long>(sizeof record);
         judge_.Follow(record);
-        marks_ = record.marks;
+        last_ = record;
         all_marks_ |= record.marks;
     }
     const std::string store = program_.Files().Read(desktop::kStoreFile);

@@ -24,7 +24,11 @@ class Follower {
     void CatchUp();
 
     /// Returns the marks of the last whole frame.
-    std::uint32_t Marks() const { return marks_; }
+    std::uint32_t Marks() const { return last_.marks; }
+
+    /// Returns the size of the last whole frame's viewport, pixels.
+    int Width() const { return last_.width; }
+    int Height() const { return last_.height; }
 
     /// Returns the marks of all frames since the last call.
     std::uint32_t TakeMarks() { return std::exchange(all_marks_, 0); }
@@ -43,7 +47,7 @@ class Follower {
     Judge& judge_;
     std::string file_;
     long read_ = 0;
-    std::uint32_t marks_ = 0;
+    FrameRecord last_;
     std::uint32_t all_marks_ = 0;  ///< since TakeMarks()
     std::string store_;
     std::size_t events_ = 0;

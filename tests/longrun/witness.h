@@ -22,9 +22,11 @@ constexpr char kWitnessVariable[] = "ULMARO_WITNESS";
 /// The environment variable with the path of the mapped file, which holds a World.
 constexpr char kWorldVariable[] = "ULMARO_WITNESS_WORLD";
 
-/// What the program lives in; the first three are written by the run, the others counted by the witness.
+/// What the program lives in; the first four are written by the run, the others counted by the witness.
 struct World {
     std::atomic<std::int64_t> seconds;         ///< of the clock on the wall, since 1970
+    std::atomic<std::int32_t> calls_to_live;   ///< the call of a save (open, write, fsync, rename) at which
+                                               ///< the program is killed, from 1 on, counted down; 0: at none
     std::atomic<bool> disk_full;               ///< writing the store fails with ENOSPC
     std::atomic<bool> device_gone;             ///< the sound device is lost, and none can be opened
     std::atomic<std::int32_t> refused_writes;  ///< of the store
@@ -53,12 +55,13 @@ enum Mark : std::uint32_t {
     kQuizSound = 1U << 15,
     kLetters = 1U << 16,  ///< the z's of a sleeping owl
     kSmoke = 1U << 17,    ///< out of the hat of an offer
+    kSaved = 1U << 18,    ///< a save took effect, before this frame's step was added to any timer
 };
 
 struct FrameRecord {
     std::int64_t clock = 0;   ///< the program's clock, ns; less the record before's: the step of its timers
     std::uint32_t marks = 0;  ///< of Mark
-    std::uint32_t unused = 0;
+    std::uint16_t width = 0, height = 0;  ///< of the viewport that was drawn into, pixels
 };
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the clock is shared by two processes");

@@ -13,6 +13,7 @@
 //   release    it stops; the number of calls and the name of the spoilt one go to standard output, as a line
 //   memory     the number of allocations goes to standard output, as a line
 //   calls      the calls that it has counted go to standard output, each as a line
+//   tell       the events' fields go to standard output, an event a line, the texts in hexadecimal
 //   copy NAME  the store is copied to the file NAME as it is now; where there is none, neither is a copy
 //   wait       a line goes to standard output, then one is awaited on standard input
 //   shuttle    loads, checks that the list is version 3 or 40 whole, makes it the other, saves, and so on for
@@ -117,6 +118,29 @@ void Calls() {
     if (CallsMade != nullptr) Say(CallsMade());
 }
 
+std::string Hexadecimal(const char* bytes, int count) {
+    std::string digits;
+    for (int i = 0; i < count; ++i) {
+        char pair[3];
+        std::snprintf(pair, sizeof pair, "%02x",
+                      static_cast<unsigned int>(static_cast<unsigned char>(bytes[i])));
+        digits += pair;
+    }
+    return digits;
+}
+
+void Tell() {
+    for (const Event& event : events) {
+        char numbers[200];
+        std::snprintf(numbers, sizeof numbers, " %d %d %d %d %d %d %d %d %.9g %d %d %d %d", event.date.day,
+                      event.date.month, event.date.year, event.time.hour, event.time.minute, event.wday,
+                      event.kind, event.repeat, static_cast<double>(event.elapsed), event.warned_60,
+                      event.warned_30, event.done, event.filler);
+        Say(Hexadecimal(event.name, kNameBytes) + " " + Hexadecimal(event.description, kDescriptionBytes) +
+            numbers);
+    }
+}
+
 void Copy(const std::string& name) {
     std::error_code none;
     std::filesystem::copy_file("database.bin", name, std::filesystem::copy_options::overwrite_existing, none);
@@ -144,6 +168,8 @@ bool Obey(const std::string& word, const std::string& argument) {
         Memory();
     else if (word == "calls")
         Calls();
+    else if (word == "tell")
+        Tell();
     else if (word == "copy")
         Copy(argument);
     else if (word == "wait")

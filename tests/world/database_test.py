@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 # SPDX-License-Identifier: MIT
-"""Reads and writes "database.bin" as README's table has it, and compares that with what the program's store does.
+"""Reads and writes "database.bin" as the table in docs/files.md has it, and compares that with the program's store.
 
 usage: database_test.py WORKER        (store_worker, which loads and saves as the program does)
 """
@@ -45,9 +45,16 @@ class Database(unittest.TestCase):
         self.path = os.path.join(self.folder.name, "database.bin")
 
     def run_worker(self, *words):
-        subprocess.run([self.worker, *words], cwd=self.folder.name, check=True)
+        run = subprocess.run([self.worker, *words], cwd=self.folder.name, check=True, text=True, capture_output=True)
+        self.assertEqual(run.stderr, "", "the program finds the file in order")
+        self.told = run.stdout
         with open(self.path, "rb") as file:
             return file.read()
+
+    def told_records(self):
+        """Returns the records by the program's names of the fields, not by their places."""
+        return [(bytes.fromhex(words[0]), bytes.fromhex(words[1]), *map(int, words[2:10]), float(words[10]),
+                 *map(int, words[11:])) for words in map(str.split, self.told.splitlines())]
 
     def test_a_record_has_the_length_of_the_table(self):
         self.assertEqual(RECORD.size, 572)
@@ -77,7 +84,8 @@ class Database(unittest.TestCase):
         # A reminder is due when the program has started.
         expected = [r[:ELAPSED] + (LONGEST_PERIOD,) + r[ELAPSED + 1:] if r[KIND] == REMINDER else r
                     for r in records]
-        self.assertEqual(read_database(self.run_worker("load", "save")), expected)
+        self.assertEqual(read_database(self.run_worker("load", "tell", "save")), expected)
+        self.assertEqual(self.told_records(), expected)
 
     def test_no_events_are_four_bytes(self):
         self.assertEqual(self.run_worker("load", "save"), b"\0\0\0\0")

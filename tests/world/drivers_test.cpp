@@ -22,8 +22,11 @@ namespace {
 /// How far a channel may be off where colours are rounded, 0 to 255.
 constexpr int kRounding = 3;
 
-/// The part of the pixels that may be off by more, at edges.
-constexpr double kMostOdd = 0.004;
+/// The part of the pixels that may be off by more, at edges. In the list at 400 pixels the rows begin exactly
+/// in the middle of a pixel, and the drivers disagree whether that pixel is theirs.
+double MostOdd(const std::string& screen) {
+    return screen == "list 400" ? 0.004 : 0.0005;
+}
 
 /// The most that any pixel's channels may be off on average, 0 to 255.
 constexpr double kMostOnAverage = 0.5;
@@ -52,7 +55,7 @@ std::string RendererOf(const Desktop& desk, const std::string& driver) {
 /// Takes pictures of the screens in a window of that edge, pixels.
 void LookAround(Program& program, int edge, Looks& looks) {
     const auto look = [&](const std::string& screen) {
-        program.WaitForFrames(3, 120);  // softpipe is slow
+        program.WaitForFrames(3);
         looks.emplace(screen + " " + std::to_string(edge), program.Look());
     };
     program.Resize({100, 100, edge, edge});
@@ -86,6 +89,7 @@ Looks LooksBy(const std::string& driver) {
     Start start;
     start.clock = Clock::kInHand;
     start.environment = Environment(driver);
+    start.patience = 10;  // softpipe is slow
     const WallClock clock(kNow);
     clock.Rule(start);
     Program program(desk, start);
@@ -132,7 +136,7 @@ TEST(Drivers, DrawTheSamePictures) {
         ASSERT_EQ(other.Height(), image.Height());
         const Difference difference = Compare(image, other);
         EXPECT_LE(difference.average, kMostOnAverage) << screen;
-        EXPECT_LE(difference.odd, kMostOdd) << screen;
+        EXPECT_LE(difference.odd, MostOdd(screen)) << screen;
         std::printf("           %-10s average %.3f, odd pixels %.4f, largest %d\n", screen.c_str(),
                     difference.average, difference.odd, difference.largest);
         if (HasFailure()) {
