@@ -429,14 +429,13 @@ TEST_P(OutOfMemory, WhileTexturesAreMadeOfBitmapsGivesNone) {
 /// Returns a mesh file of three vertices, one triangle, one mesh and one material.
 std::string OneTriangle() {
     const std::string floats36(36, '\0');
-    std::string bytes = "MS3D000000" + bitmaps::Number(4, 4);
-    bytes += bitmaps::Number(3, 2);
+    std::string bytes = "MS3D000000" + Number(4, 4);
+    bytes += Number(3, 2);
     for (int i = 0; i < 3; ++i) bytes += std::string(1 + 12 + 2, '\0');
-    bytes += bitmaps::Number(1, 2) + std::string(2, '\0') + bitmaps::Number(0, 2) + bitmaps::Number(1, 2) +
-             bitmaps::Number(2, 2) + floats36 + std::string(24 + 2, '\0');
-    bytes += bitmaps::Number(1, 2) + std::string(33, '\0') + bitmaps::Number(1, 2) + bitmaps::Number(0, 2) +
-             bitmaps::Number(0, 1);
-    bytes += bitmaps::Number(1, 2) + std::string(32 + 64 + 4 + 5 + 128 + 128, '\0');
+    bytes += Number(1, 2) + std::string(2, '\0') + Number(0, 2) + Number(1, 2) + Number(2, 2) + floats36 +
+             std::string(24 + 2, '\0');
+    bytes += Number(1, 2) + std::string(33, '\0') + Number(1, 2) + Number(0, 2) + Number(0, 1);
+    bytes += Number(1, 2) + std::string(32 + 64 + 4 + 5 + 128 + 128, '\0');
     return bytes;
 }
 

@@ -294,17 +294,17 @@ TEST_F(TheNotice, GoesWithTheProgram) {
 // ---- The click ----
 
 /// A way to hide the window.
-struct HidingPlace {
+struct WayToHide {
     WindowManager manager;
     bool minimised;  ///< else it is on another desktop
 };
 
-std::ostream& operator<<(std::ostream& out, const HidingPlace& place) {
+std::ostream& operator<<(std::ostream& out, const WayToHide& place) {
     return out << place.manager << (place.minimised ? "Minimised" : "AnotherDesktop");
 }
 
-std::vector<HidingPlace> HidingPlaces() {
-    std::vector<HidingPlace> places;
+std::vector<WayToHide> WaysToHide() {
+    std::vector<WayToHide> places;
     for (const WindowManager manager :
          {WindowManager::kOpenbox, WindowManager::kXfwm4, WindowManager::kMutter, WindowManager::kKwin}) {
         places.push_back({manager, true});
@@ -313,7 +313,7 @@ std::vector<HidingPlace> HidingPlaces() {
     return places;
 }
 
-class TheClickedNotice : public WithAClock, public testing::WithParamInterface<HidingPlace> {
+class TheClickedNotice : public WithAClock, public testing::WithParamInterface<WayToHide> {
   protected:
     TheClickedNotice() : WithAClock(GetParam().manager) {}
 
@@ -350,7 +350,7 @@ TEST_P(TheClickedNotice, BringsTheWindowUp) {
     EXPECT_TRUE(WaitUntil([&] { return !DemandsAttention(desk, program); }, 5));
 }
 
-INSTANTIATE_TEST_SUITE_P(Everywhere, TheClickedNotice, testing::ValuesIn(HidingPlaces()),
+INSTANTIATE_TEST_SUITE_P(Everywhere, TheClickedNotice, testing::ValuesIn(WaysToHide()),
                          testing::PrintToStringParamName());
 
 // ---- Servers and buses that fail ----

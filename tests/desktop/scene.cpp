@@ -33,7 +33,7 @@ int Wrapped(int i, int size) {
 
 /// Returns a picture's colour at texture coordinates u, v as GL's linear filter reads it; the picture
 /// repeats.
-Paint Sample(const RawPicture& picture, double u, double v) {
+Paint SampleOf(const RawPicture& picture, double u, double v) {
     const double x = u * picture.Width() - 0.5;
     const double y = v * picture.Height() - 0.5;
     const auto column = static_cast<int>(std::floor(x));
@@ -62,7 +62,7 @@ void DrawOver(Image& image, const RawPicture& picture, const CanvasRect& place, 
             const double u = (p.x - place.left) / (place.right - place.left);
             const double v = (p.y - place.bottom) / (place.top - place.bottom);
             if (u < 0 || u > 1 || v < 0 || v > 1) continue;
-            const Paint paint = Sample(picture, u, v);
+            const Paint paint = SampleOf(picture, u, v);
             const double alpha = blend ? paint.a : 255;
             Colour& pixel = image.At(x, y);
             pixel = {Blend(pixel.r, paint.r, alpha), Blend(pixel.g, paint.g, alpha),

@@ -14,7 +14,7 @@
 namespace fakes {
 namespace {
 
-struct Name {
+struct AlName {
     ALenum value;
     const char* name;
 };
@@ -22,7 +22,7 @@ struct Name {
 #define NAMED(constant) \
     { constant, #constant }
 
-constexpr Name kConstants[] = {
+constexpr AlName kAlConstants[] = {
     NAMED(AL_SOURCE_RELATIVE),
     NAMED(AL_PITCH),
     NAMED(AL_POSITION),
@@ -50,8 +50,8 @@ constexpr Name kConstants[] = {
 
 #undef NAMED
 
-Arg Constant(ALenum value) {
-    for (const Name& constant : kConstants) {
+Arg AlConstant(ALenum value) {
+    for (const AlName& constant : kAlConstants) {
         if (constant.value == value) return {static_cast<double>(value), constant.name};
     }
     return {value};
@@ -314,7 +314,7 @@ void alBufferData(ALuint buffer, ALenum format, const ALvoid* data, ALsizei size
         const auto* from = static_cast<const std::uint8_t*>(data);
         bytes.assign(from, from + size);
     }
-    Record("alBufferData", {buffer, Constant(format), size, freq}, {}, bytes);
+    Record("alBufferData", {buffer, AlConstant(format), size, freq}, {}, bytes);
     Buffer* found = Find("alBufferData", al().buffers, buffer);
     if (found == nullptr) return;
     if (size < 0 || freq < 1) return Fail(AL_INVALID_VALUE, "alBufferData", "a size or rate that cannot be");
@@ -325,7 +325,7 @@ void alBufferData(ALuint buffer, ALenum format, const ALvoid* data, ALsizei size
 }
 
 void alSourcei(ALuint source, ALenum param, ALint value) {
-    Record("alSourcei", {source, Constant(param), value});
+    Record("alSourcei", {source, AlConstant(param), value});
     Source* found = Find("alSourcei", al().sources, source);
     if (found == nullptr) return;
     if (param == AL_BUFFER)
@@ -335,18 +335,18 @@ void alSourcei(ALuint source, ALenum param, ALint value) {
 }
 
 void alSourcef(ALuint source, ALenum param, ALfloat value) {
-    Record("alSourcef", {source, Constant(param), value});
+    Record("alSourcef", {source, AlConstant(param), value});
     if (Source* found = Find("alSourcef", al().sources, source)) SetNumber("alSourcef", *found, param, value);
 }
 
 void alSource3f(ALuint source, ALenum param, ALfloat value1, ALfloat value2, ALfloat value3) {
-    Record("alSource3f", {source, Constant(param), value1, value2, value3});
+    Record("alSource3f", {source, AlConstant(param), value1, value2, value3});
     if (Source* found = Find("alSource3f", al().sources, source))
         SetVector("alSource3f", *found, param, {value1, value2, value3});
 }
 
 void alGetSourcei(ALuint source, ALenum param, ALint* value) {
-    Record("alGetSourcei", {source, Constant(param)});
+    Record("alGetSourcei", {source, AlConstant(param)});
     const Source* found = Find("alGetSourcei", al().sources, source);
     if (found == nullptr) return;
     switch (param) {
@@ -381,7 +381,7 @@ void alSourcePause(ALuint source) {
 }
 
 void alListener3f(ALenum param, ALfloat value1, ALfloat value2, ALfloat value3) {
-    Record("alListener3f", {Constant(param), value1, value2, value3});
+    Record("alListener3f", {AlConstant(param), value1, value2, value3});
     if (param != AL_POSITION && param != AL_VELOCITY)
         return Fail(AL_INVALID_ENUM, "alListener3f", "a parameter of other than three numbers");
     const float values[] = {value1, value2, value3};
@@ -391,11 +391,11 @@ void alListener3f(ALenum param, ALfloat value1, ALfloat value2, ALfloat value3) 
 void alListenerfv(ALenum param, const ALfloat* values) {
     if (param == AL_ORIENTATION)
         Record("alListenerfv",
-               {Constant(param), values[0], values[1], values[2], values[3], values[4], values[5]});
+               {AlConstant(param), values[0], values[1], values[2], values[3], values[4], values[5]});
     else if (param == AL_GAIN)
-        Record("alListenerfv", {Constant(param), values[0]});
+        Record("alListenerfv", {AlConstant(param), values[0]});
     else
-        Record("alListenerfv", {Constant(param), values[0], values[1], values[2]});
+        Record("alListenerfv", {AlConstant(param), values[0], values[1], values[2]});
     SetListener("alListenerfv", param, values);
 }
 

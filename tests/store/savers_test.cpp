@@ -77,11 +77,11 @@ TEST_P(TwoSavers, EveryReadIsOneOfTheirTwoVersionsAndNoSaveFails) {
     EXPECT_GT(reads.changes, 10) << "they did not save at the same time";
 }
 
-std::string NameOf(const testing::TestParamInfo<Place>& place) {
+std::string PlaceName(const testing::TestParamInfo<Place>& place) {
     return place.param == Place::kDisk ? "OnDisk" : "InMemory";
 }
 
-INSTANTIATE_TEST_SUITE_P(All, TwoSavers, testing::Values(Place::kDisk, Place::kMemory), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, TwoSavers, testing::Values(Place::kDisk, Place::kMemory), PlaceName);
 
 // ---- One waits for the other ----
 

@@ -181,8 +181,6 @@ Effect Load(const Showing& showing) {
     return ParseEffect(ReadFile(fs::path(ULMARO_DATA) / showing.file));
 }
 
-}  // namespace
-
 // ---- The files ----
 
 class BakedEffect : public testing::TestWithParam<Showing> {
@@ -411,8 +409,6 @@ TEST(SmokeEffect, KeepsOffTheThoughtBubble) {
 
 // ---- The tool ----
 
-namespace {
-
 constexpr const char* kFields =
     "particles_limit: 3\nspawn_time: 1 2\nspawn_particles: 1 1\nspawn_position: 0 0 0 0 0 0\n"
     "spawn_direction: 0 1 0 0 1 0\nparticles_acceleration: 0 -0.5 0\nparticles_rotation: 0 0\n"
@@ -427,8 +423,6 @@ constexpr const char* kDrawing =
     "<rect x='4' width='4' height='4' fill='#0f0' fill-opacity='0.502'/>"
     "<rect y='4' width='4' height='4' fill='#00f'/></g>"
     "<g id='other'><rect width='8' height='8' fill='#fff'/></g></svg>";
-
-}  // namespace
 
 /// Runs the tool on a source of its own in a folder of its own.
 class BakeEffects : public testing::Test {
@@ -638,3 +632,5 @@ INSTANTIATE_TEST_SUITE_P(
         BadLine{"NotWhole", "particles_limit: 3", "particles_limit: 3.5",
                 "source.txt:4: '3.5' is not a whole number\n"}),
     [](const auto& test) { return test.param.name; });
+
+}  // namespace

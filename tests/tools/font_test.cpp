@@ -29,7 +29,7 @@ constexpr int kEdge = 2;
 
 /// A part of a cell, texels from its bottom left corner; bounds are the first texel and the one after the
 /// last.
-struct Box {
+struct GlyphBox {
     int left = 1000, bottom = 1000, right = 0, top = 0;
 
     bool Empty() const { return right <= left; }
@@ -41,7 +41,7 @@ struct Box {
     }
 };
 
-std::ostream& operator<<(std::ostream& out, const Box& box) {
+std::ostream& operator<<(std::ostream& out, const GlyphBox& box) {
     return out << "x " << box.left << " to " << box.right << ", y " << box.bottom << " to " << box.top;
 }
 
@@ -68,16 +68,16 @@ class Font : public testing::Test {
     }
 
     /// Returns the box around a cell's ink, or around everything painted in it.
-    Box BoxOfInk(int index) const {
+    GlyphBox BoxOfInk(int index) const {
         return BoxOf(index, [](const Texel& texel) { return InkOf(texel) > 0.3; });
     }
-    Box BoxOfPaint(int index) const {
+    GlyphBox BoxOfPaint(int index) const {
         return BoxOf(index, [](const Texel& texel) { return texel.a > 0; });
     }
 
     /// Returns the middle of a character's ink from left to right, each column counted once.
     double MiddleX(char c) const {
-        const Box ink = BoxOfInk(c - ' ');
+        const GlyphBox ink = BoxOfInk(c - ' ');
         // The outermost columns are partly covered: by as much as their best texel is.
         const double left = ink.left + 1 - BestInColumn(c, ink.left) - BestInColumn(c, ink.left - 1);
         const double right = ink.right - 1 + BestInColumn(c, ink.right - 1) + BestInColumn(c, ink.right);
@@ -86,7 +86,7 @@ class Font : public testing::Test {
 
     /// Returns the middle of a character's ink from below to above.
     double MiddleY(char c) const {
-        const Box ink = BoxOfInk(c - ' ');
+        const GlyphBox ink = BoxOfInk(c - ' ');
         const double bottom = ink.bottom + 1 - BestInRow(c, ink.bottom) - BestInRow(c, ink.bottom - 1);
         const double top = ink.top - 1 + BestInRow(c, ink.top - 1) + BestInRow(c, ink.top);
         return (bottom + top) / 2;
@@ -96,8 +96,8 @@ class Font : public testing::Test {
 
   private:
     template <typename Condition>
-    Box BoxOf(int index, Condition counts) const {
-        Box box;
+    GlyphBox BoxOf(int index, Condition counts) const {
+        GlyphBox box;
         for (int y = 0; y < Cell(); ++y) {
             for (int x = 0; x < Cell(); ++x) {
                 if (counts(At(index, x, y))) box.Add(x, y);
@@ -147,7 +147,7 @@ TEST_F(Font, KeepsTheDarkEdgeNearTheLeftHalfOfItsCell) {
 
 TEST_F(Font, KeepsTheInkATexelAwayFromTheNeighboursSoThatFilteringDoesNotMixThem) {
     for (char c = '!'; c <= '~'; ++c) {
-        const Box ink = BoxOfInk(c - ' ');
+        const GlyphBox ink = BoxOfInk(c - ' ');
         EXPECT_GE(ink.left, 1) << c << ": " << ink;
         EXPECT_GE(ink.bottom, 1) << c << ": " << ink;
         EXPECT_LE(ink.top, Cell() - 1) << c << ": " << ink;
@@ -198,8 +198,8 @@ TEST_F(Font, HasWhiteInkSoThatTheProgramCanTintIt) {
 
 TEST_F(Font, HasADarkEdgeAroundTheInkSoThatItReadsOnAnyBackground) {
     for (char c = '!'; c <= '~'; ++c) {
-        const Box ink = BoxOfInk(c - ' ');
-        const Box paint = BoxOfPaint(c - ' ');
+        const GlyphBox ink = BoxOfInk(c - ' ');
+        const GlyphBox paint = BoxOfPaint(c - ' ');
         EXPECT_LE(paint.left, ink.left) << c;  // the widest reach to the clear texel at their cell's left
         EXPECT_GT(paint.right, ink.right) << c;
         EXPECT_LT(paint.bottom, ink.bottom) << c;
@@ -209,7 +209,7 @@ TEST_F(Font, HasADarkEdgeAroundTheInkSoThatItReadsOnAnyBackground) {
 
 TEST_F(Font, LeavesAClearTexelAroundEveryCellSoThatNeighboursDoNotShow) {
     for (char c = '!'; c <= '~'; ++c) {
-        const Box paint = BoxOfPaint(c - ' ');
+        const GlyphBox paint = BoxOfPaint(c - ' ');
         EXPECT_GE(paint.left, 1) << c;
         EXPECT_GE(paint.bottom, 1) << c;
     }

@@ -73,8 +73,6 @@ Box BoxOfDifferences(const RawPicture& a, const RawPicture& b) {
     return box;
 }
 
-}  // namespace
-
 // ---- Files ----
 
 class EveryPicture : public testing::TestWithParam<std::string> {};
@@ -234,8 +232,6 @@ TEST(Pictures, GiveEachLineOfTheDescriptionAndTheCaretBehindItTheSameGround) {
 
 // ---- Edges ----
 
-namespace {
-
 /// The least and the greatest value of each channel among some pixels.
 struct ColourRange {
     std::array<int, 3> low = {255, 255, 255};
@@ -274,8 +270,6 @@ ColourRange PaintedAround(const RawPicture& picture, int x, int y) {
     return range;
 }
 
-}  // namespace
-
 TEST_P(EveryPicture, HasNoFringeOfAnotherColour) {
     const RawPicture picture = ReadRawPicture(PathOf(GetParam()));
     ASSERT_FALSE(picture.texels.empty());
@@ -291,3 +285,5 @@ TEST_P(EveryPicture, HasNoFringeOfAnotherColour) {
 
     EXPECT_EQ(fringe, 0) << "transparent pixels whose colour would show at the picture's edge";
 }
+
+}  // namespace

@@ -58,7 +58,7 @@ Samples Middle(const std::string& name) {
 }
 
 /// Returns the hoots of a sound that are not much softer than its loudest.
-std::vector<Hoot> Hoots(const Samples& samples) {
+std::vector<Hoot> OwlHoots(const Samples& samples) {
     return sound::Hoots(samples, 0.28);
 }
 
@@ -66,7 +66,7 @@ std::vector<Hoot> Hoots(const Samples& samples) {
 /// no entry.
 std::vector<double> Melody(const Samples& samples) {
     std::vector<double> melody;
-    for (const Hoot& hoot : Hoots(samples)) {
+    for (const Hoot& hoot : OwlHoots(samples)) {
         for (double time = hoot.from; time < hoot.to; time += 0.02) {
             const double hertz = Pitch(samples, time);
             if (hertz > 0) melody.push_back(hertz);
@@ -78,7 +78,7 @@ std::vector<double> Melody(const Samples& samples) {
 /// Returns the pitch of each hoot at its loudest.
 std::vector<double> Notes(const Samples& samples) {
     std::vector<double> notes;
-    for (const Hoot& hoot : Hoots(samples)) notes.push_back(Pitch(samples, hoot.loudest));
+    for (const Hoot& hoot : OwlHoots(samples)) notes.push_back(Pitch(samples, hoot.loudest));
     return notes;
 }
 
@@ -317,7 +317,7 @@ TEST(TheLaugh, SwellsAndSinksAtTheShakesPaceAboveAll) {
 
 TEST(TheLaugh, IsOfHootsThatAreNotAlike) {
     const Samples laugh = Middle("laugh");
-    const std::vector<Hoot> hoots = Hoots(laugh);
+    const std::vector<Hoot> hoots = OwlHoots(laugh);
     ASSERT_GE(hoots.size(), 20U);
 
     EXPECT_LE(LikenessOfTunes(laugh, hoots), 0.75);
@@ -325,7 +325,7 @@ TEST(TheLaugh, IsOfHootsThatAreNotAlike) {
 
 TEST(TheLaugh, SlowsDown) {
     std::vector<double> gaps;
-    const std::vector<Hoot> hoots = Hoots(Middle("laugh"));
+    const std::vector<Hoot> hoots = OwlHoots(Middle("laugh"));
     for (std::size_t i = 1; i < hoots.size(); ++i) gaps.push_back(hoots[i].begin - hoots[i - 1].begin);
     ASSERT_GE(gaps.size(), 14U);
 
@@ -361,7 +361,7 @@ TEST(TheNotification, IsACallOfTwoPitches) {
 
 TEST(TheNotification, EndsOnALevelNoteThatIsInTune) {
     const Samples notify = Middle("notify");
-    const std::vector<Hoot> hoots = Hoots(notify);
+    const std::vector<Hoot> hoots = OwlHoots(notify);
     ASSERT_FALSE(hoots.empty());
     const double note = ClosestNote(Pitch(notify, hoots.back().loudest));
 
@@ -372,7 +372,7 @@ TEST(TheNotification, EndsOnALevelNoteThatIsInTune) {
 
 TEST(TheQuestion, EndsRising) {
     const Samples question = Middle("question");
-    const std::vector<Hoot> hoots = Hoots(question);
+    const std::vector<Hoot> hoots = OwlHoots(question);
     ASSERT_GE(hoots.size(), 2U);
 
     const auto rise = [&](const Hoot& hoot) {

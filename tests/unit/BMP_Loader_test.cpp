@@ -17,13 +17,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <new>
 #include <ostream>
 #include <string>
 #include <utility>
 
 #include "tests/unit/bitmap_files.h"
+#include "tests/unit/limit_process.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -44,15 +44,10 @@ char Letter(char code) {
 }
 
 /// Returns an image's bytes, which has sizes that are not negative.
-std::string Bytes(const BMPClass& image) {
+std::string BytesOf(const BMPClass& image) {
     const std::size_t count =
         3 * static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
     return {reinterpret_cast<const char*>(image.bytes), count};
-}
-
-std::ptrdiff_t OpenFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
 }
 
 class BitmapTest : public testing::Test {
@@ -66,7 +61,7 @@ class BitmapTest : public testing::Test {
     /// Expects that a file loads with success to just those bytes, red first.
     void ExpectPixels(const std::string& file, const std::string& pixels, const std::string& what = "") {
         EXPECT_EQ(Load(file), '0') << what;
-        EXPECT_EQ(Bytes(image_), pixels) << what;
+        EXPECT_EQ(BytesOf(image_), pixels) << what;
     }
 
     BMPClass image_;
@@ -114,7 +109,7 @@ TEST(BitmapImage, GetsThreeBlackBytesAPixel) {
 
     image.allocateMem();
 
-    EXPECT_EQ(Bytes(image), std::string(105, '\0'));
+    EXPECT_EQ(BytesOf(image), std::string(105, '\0'));
     EXPECT_GE(malloc_usable_size(image.bytes), 105U);
 }
 
@@ -127,7 +122,7 @@ TEST(BitmapImage, GetsNewBytesWhereItHadSome) {
 
     image.allocateMem();
 
-    EXPECT_EQ(Bytes(image), std::string(300, '\0'));
+    EXPECT_EQ(BytesOf(image), std::string(300, '\0'));
 }
 
 TEST(BitmapImage, ReleasesItsOldBytes) {
@@ -265,7 +260,7 @@ TEST_F(BitmapTest, WhatIsNoBitmapLeavesTheImageAsItWas) {
     EXPECT_EQ(image_.width, 1);
     EXPECT_EQ(image_.height, 1);
     EXPECT_EQ(image_.bytes, bytes);
-    EXPECT_EQ(Bytes(image_), "cba");
+    EXPECT_EQ(BytesOf(image_), "cba");
 }
 
 TEST_F(BitmapTest, OtherDepthsAreUnknownAndLeaveAnImageOfTheFilesSize) {
@@ -461,7 +456,7 @@ TEST_P(BitmapShapes, AFileCutAfterItsHeaderIsBlackWhereItIsCut) {
     for (std::size_t length = end; length >= 54; length -= step) {
         std::filesystem::resize_file(kFile, length);
         EXPECT_EQ(Letter(BMPLoad(kFile, image_)), '0') << length;
-        ASSERT_EQ(Bytes(image_), Decoded(file.substr(0, length), header)) << length;
+        ASSERT_EQ(BytesOf(image_), Decoded(file.substr(0, length), header)) << length;
     }
 }
 
@@ -472,7 +467,7 @@ TEST_P(BitmapShapes, AFileCutInItsHeaderHasNoDepthOrLacksTheRest) {
         const char code = length < 2 ? 'b' : length <= 28 ? 'u' : '0';
         EXPECT_EQ(Load(file.substr(0, length)), code) << length;
         if (code != '0') continue;
-        EXPECT_EQ(Bytes(image_).find_first_not_of('\0'), std::string::npos) << length;
+        EXPECT_EQ(BytesOf(image_).find_first_not_of('\0'), std::string::npos) << length;
     }
 }
 

@@ -14,6 +14,7 @@
 #include "engine/host.h"
 #include "engine/window_metrics.h"
 #include "tests/fakes/fakes.h"
+#include "tests/unit/colors.h"
 
 namespace {
 
@@ -57,9 +58,6 @@ class ButtonTest : public fakes::Test {
         return fakes::gl().primitives.empty() ? fakes::Primitive() : fakes::gl().primitives.back();
     }
 };
-
-constexpr fakes::Rgba kWhite{1, 1, 1, 1};
-constexpr fakes::Rgba kYellow{1, 1, 0.5F, 1};
 
 // ---- Making ----
 

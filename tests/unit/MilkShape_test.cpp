@@ -24,6 +24,7 @@
 
 #include "tests/fakes/fakes.h"
 #include "tests/unit/limit_memory.h"
+#include "tests/unit/little_endian.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -33,13 +34,6 @@ namespace {
 /// What the loader skips: no zero, so that it cannot pass for a field that was read.
 std::string Skipped(std::size_t bytes) {
     return std::string(bytes, '\xA7');
-}
-
-/// Returns a number as 1, 2 or 4 little-endian bytes.
-std::string Number(std::uint32_t number, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> (8 * i));
-    return text;
 }
 
 template <typename Numbers>
@@ -82,24 +76,24 @@ struct Ms3d {
     std::vector<MaterialRecord> materials;
 };
 
-std::string Bytes(const Location& vertex) {
+std::string BytesOf(const Location& vertex) {
     return Skipped(1) + Floats(vertex) + Skipped(2);
 }
 
-std::string Bytes(const TriangleRecord& triangle) {
+std::string BytesOf(const TriangleRecord& triangle) {
     std::string vertices;
     for (const std::uint32_t vertex : triangle.vertices) vertices += Number(vertex, 2);
     return Skipped(2) + vertices + Floats(triangle.normals) + Floats(triangle.s) + Floats(triangle.t) +
            Skipped(2);
 }
 
-std::string Bytes(const GroupRecord& group) {
+std::string BytesOf(const GroupRecord& group) {
     std::string triangles = Number(static_cast<std::uint32_t>(group.triangles.size()), 2);
     for (const std::uint32_t triangle : group.triangles) triangles += Number(triangle, 2);
     return Skipped(33) + triangles + Number(static_cast<std::uint32_t>(group.material), 1);
 }
 
-std::string Bytes(const MaterialRecord& material) {
+std::string BytesOf(const MaterialRecord& material) {
     std::string texture = material.texture;
     if (texture.size() < 128) texture += '\0';
     texture += Skipped(128 - texture.size());
@@ -111,11 +105,11 @@ std::string Bytes(const MaterialRecord& material) {
 template <typename Record>
 std::string Section(const std::vector<Record>& records) {
     std::string bytes = Number(static_cast<std::uint32_t>(records.size()), 2);
-    for (const Record& record : records) bytes += Bytes(record);
+    for (const Record& record : records) bytes += BytesOf(record);
     return bytes;
 }
 
-std::string Bytes(const Ms3d& file) {
+std::string BytesOf(const Ms3d& file) {
     return file.identifier + Number(file.version, 4) + Section(file.vertices) + Section(file.triangles) +
            Section(file.groups) + Section(file.materials);
 }
@@ -205,7 +199,7 @@ class MilkShapeTest : public fakes::Test {
         return model.loadModelData("owl.ms3d");
     }
 
-    static bool Load(Model& model, const Ms3d& file) { return Load(model, Bytes(file)); }
+    static bool Load(Model& model, const Ms3d& file) { return Load(model, BytesOf(file)); }
 
     static MilkshapeModel Loaded(const Ms3d& file) {
         MilkshapeModel model;
@@ -376,7 +370,7 @@ TEST_F(MilkShapeTest, LoadsAsManyAsCanBeCounted) {
 }
 
 TEST_F(MilkShapeTest, IgnoresWhatFollowsTheMaterials) {
-    const std::string good = Bytes(TwoMeshes());
+    const std::string good = BytesOf(TwoMeshes());
     const std::string expected = TextOf(Loaded(TwoMeshes()));
     for (const std::size_t more : {1U, 2U, 1000U}) {
         MilkshapeModel model;
@@ -387,7 +381,7 @@ TEST_F(MilkShapeTest, IgnoresWhatFollowsTheMaterials) {
 
 TEST_F(MilkShapeTest, PathsAreRelativeOrAbsoluteAndUtf8) {
     const std::string name = "perch\xC3\xA9 no.ms3d";
-    WriteFile(name, Bytes(TwoMeshes()));
+    WriteFile(name, BytesOf(TwoMeshes()));
     MilkshapeModel model;
 
     EXPECT_TRUE(model.loadModelData(name.c_str()));
@@ -488,7 +482,7 @@ TEST_F(MilkShapeTest, TheIndexOfAMaterialIsAByteWithASign) {
 // ---- Damaged files ----
 
 TEST_F(MilkShapeTest, RefusesAFileThatEndsEarlyWhereverThatIs) {
-    const std::string good = Bytes(TwoMeshes());
+    const std::string good = BytesOf(TwoMeshes());
     MilkshapeModel model = Loaded(TwoMeshes());
     const std::string before = TextOf(model);
 
@@ -545,7 +539,7 @@ TEST_F(MilkShapeTest, RefusesANamedPipeWithoutWaitingForItsWriter) {
 TEST_F(MilkShapeTest, AFileLargerThanTheMemoryIsRefusedAndLeavesTheModelAsItWas) {
     MilkshapeModel model = Loaded(TwoMeshes());
     const std::string before = TextOf(model);
-    WriteFile("large.ms3d", Bytes(TwoMeshes()));
+    WriteFile("large.ms3d", BytesOf(TwoMeshes()));
     std::filesystem::resize_file("large.ms3d", 2'000'000'000);  // with a hole: takes no place
 
     EXPECT_EXIT(
@@ -560,7 +554,7 @@ TEST_F(MilkShapeTest, AFileLargerThanTheMemoryIsRefusedAndLeavesTheModelAsItWas)
 #endif
 
 TEST_F(MilkShapeTest, AFailedLoadLeavesTheModelAsItWas) {
-    const std::string other = Bytes(Mesh({{9, 9, 9}, {8, 8, 8}, {7, 7, 7}}));
+    const std::string other = BytesOf(Mesh({{9, 9, 9}, {8, 8, 8}, {7, 7, 7}}));
     Ms3d bad_vertex = TwoMeshes();
     bad_vertex.triangles[1].vertices[2] = 4;
     Ms3d bad_triangle = TwoMeshes();
@@ -575,7 +569,7 @@ TEST_F(MilkShapeTest, AFailedLoadLeavesTheModelAsItWas) {
 
     for (const std::string& bad :
          {std::string(), "MS3D000001" + other.substr(10), "MS3D000000" + Number(5, 4) + other.substr(14),
-          other.substr(0, other.size() - 1), Bytes(bad_vertex), Bytes(bad_triangle)}) {
+          other.substr(0, other.size() - 1), BytesOf(bad_vertex), BytesOf(bad_triangle)}) {
         EXPECT_FALSE(Load(model, bad));
         EXPECT_EQ(TextOf(model), before);
         EXPECT_EQ(arrays(), arrays_before);
@@ -609,7 +603,7 @@ TEST_F(MilkShapeTest, LoadingAnEmptyFileEmptiesTheModel) {
 TEST_F(MilkShapeTest, LoadingTakesNoMemoryBesidesTheModel) {
     // Small enough for malloc's heap, whose bytes are counted: larger arrays are mapped.
     constexpr std::size_t kTimes = 200;
-    const std::string good = Bytes(TwoMeshes());
+    const std::string good = BytesOf(TwoMeshes());
     Ms3d bad = TwoMeshes();
     bad.groups[1].triangles[0] = 2;
     MilkshapeModel model = Loaded(TwoMeshes());
@@ -617,7 +611,7 @@ TEST_F(MilkShapeTest, LoadingTakesNoMemoryBesidesTheModel) {
     WriteFile("short", good.substr(0, good.size() - 1));
     WriteFile("other", "NO" + good);
     WriteFile("version", good.substr(0, 10) + '\x05' + good.substr(11));
-    WriteFile("index", Bytes(bad));
+    WriteFile("index", BytesOf(bad));
 
     for (const char* name : {"good", "short", "other", "version", "index"}) {
         model.loadModelData(name);

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/little_endian.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -48,12 +49,6 @@ TEST(SoundsAtStart, AreTenSlots) {
 }
 
 // ---- The fixture ----
-
-std::string Number(std::size_t number, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> (8 * i));
-    return text;
-}
 
 /// Returns a WAVE file of 16-bit stereo.
 std::string StereoFile(const std::string& audio, std::size_t rate) {

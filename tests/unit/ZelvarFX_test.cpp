@@ -25,12 +25,13 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/limit_process.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
 
 using Texts = std::vector<std::string>;
-using Bytes = std::vector<std::uint8_t>;
+using Texels = std::vector<std::uint8_t>;
 
 constexpr char kHeader[] = "ZFX ver: 2\n";
 constexpr char kTexture[] = "texture: 2 1 0\n11 12 13 14 21 22 23 24 \n";
@@ -169,8 +170,8 @@ class EffectTest : public fakes::Test {
 };
 
 /// Returns the bytes of the textures that were uploaded, in order.
-std::vector<Bytes> Uploads() {
-    std::vector<Bytes> uploads;
+std::vector<Texels> Uploads() {
+    std::vector<Texels> uploads;
     for (const fakes::Call& call : fakes::Calls("glTexImage2D")) uploads.push_back(call.blob);
     return uploads;
 }
@@ -335,7 +336,7 @@ TEST_F(EffectTest, TheTextureIsMadeBoundFilteredAndUploadedInThisOrder) {
                      "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)",
                      "glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 2, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE)"}));
     const fakes::Texture& texture = fakes::gl().textures.at(1);
-    EXPECT_EQ(texture.pixels, (Bytes{11, 12, 13, 14, 21, 22, 23, 24}));
+    EXPECT_EQ(texture.pixels, (Texels{11, 12, 13, 14, 21, 22, 23, 24}));
     EXPECT_EQ(texture.levels, (std::set<int>{0}));
     EXPECT_FALSE(texture.mipmaps);
     EXPECT_EQ(texture.wrap_s, GL_REPEAT);
@@ -349,13 +350,13 @@ TEST_F(EffectTest, TheTexelsStandRowByRow) {
     const fakes::Texture& texture = fakes::gl().textures.at(1);
     EXPECT_EQ(texture.width, 1);
     EXPECT_EQ(texture.height, 3);
-    EXPECT_EQ(texture.pixels, (Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+    EXPECT_EQ(texture.pixels, (Texels{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 TEST_F(EffectTest, OfATexelTheLowByteCounts) {
     ASSERT_TRUE(Load(kHeader + Block("texture: 2 1 0\n300 256 255 -1 1000 -300 2147483647 -2147483648\n")));
 
-    EXPECT_EQ(Uploads(), (std::vector<Bytes>{{44, 0, 255, 255, 232, 212, 255, 0}}));
+    EXPECT_EQ(Uploads(), (std::vector<Texels>{{44, 0, 255, 255, 232, 212, 255, 0}}));
     EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines())}));
 }
 
@@ -377,9 +378,9 @@ TEST_F(EffectTest, TheTextureLineSaysHowToBlend) {
 TEST_F(EffectTest, EveryBlockHasATextureOfItsOwn) {
     ASSERT_TRUE(Load(kHeader + Block("texture: 1 1 0 1 2 3 4 ") + Block("texture: 1 1 1 5 6 7 8 ")));
 
-    EXPECT_EQ(Uploads(), (std::vector<Bytes>{{1, 2, 3, 4}, {5, 6, 7, 8}}));
-    EXPECT_EQ(fakes::gl().textures.at(1).pixels, (Bytes{1, 2, 3, 4}));
-    EXPECT_EQ(fakes::gl().textures.at(2).pixels, (Bytes{5, 6, 7, 8}));
+    EXPECT_EQ(Uploads(), (std::vector<Texels>{{1, 2, 3, 4}, {5, 6, 7, 8}}));
+    EXPECT_EQ(fakes::gl().textures.at(1).pixels, (Texels{1, 2, 3, 4}));
+    EXPECT_EQ(fakes::gl().textures.at(2).pixels, (Texels{5, 6, 7, 8}));
 }
 
 // ---- The lines of a block ----
@@ -566,22 +567,22 @@ TEST_F(EffectTest, ABlockOfATextureAloneMakesAnEmitterOfDefaults) {
 TEST_F(EffectTest, MissingTexelsAre0AndTheLinesAreRead) {
     ASSERT_TRUE(Load(kHeader + Block("texture: 2 1 0\n1 2 3 4 5\n")));
 
-    EXPECT_EQ(Uploads(), (std::vector<Bytes>{{1, 2, 3, 4, 5, 0, 0, 0}}));
+    EXPECT_EQ(Uploads(), (std::vector<Texels>{{1, 2, 3, 4, 5, 0, 0, 0}}));
     EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines())}));
 }
 
 TEST_F(EffectTest, ASignThatBelongsToNoTexelStandsForOneOf0) {
     for (const auto& [texels, expected] :
-         std::vector<std::pair<std::string, Bytes>>{{"- 5 6 7\n", {0, 5, 6, 7}},
-                                                    {"-+5 6 7\n", {0, 5, 6, 7}},
-                                                    {"+-5 6 7\n", {0, 251, 6, 7}},
-                                                    {"+ \n 5 6 7\n", {0, 5, 6, 7}}}) {
+         std::vector<std::pair<std::string, Texels>>{{"- 5 6 7\n", {0, 5, 6, 7}},
+                                                     {"-+5 6 7\n", {0, 5, 6, 7}},
+                                                     {"+-5 6 7\n", {0, 251, 6, 7}},
+                                                     {"+ \n 5 6 7\n", {0, 5, 6, 7}}}) {
         fakes::gl().next_texture = 1;
         fakes::gl().textures.clear();
 
         ASSERT_TRUE(Load(kHeader + Block("texture: 1 1 0\n" + texels)));
 
-        EXPECT_EQ(Uploads(), std::vector<Bytes>{expected}) << texels;
+        EXPECT_EQ(Uploads(), std::vector<Texels>{expected}) << texels;
         EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines())})) << texels;
     }
 }
@@ -589,7 +590,7 @@ TEST_F(EffectTest, ASignThatBelongsToNoTexelStandsForOneOf0) {
 TEST_F(EffectTest, MoreTexelsThanTheSizeSaysEndTheReading) {
     ASSERT_TRUE(Load(kHeader + Block("texture: 1 1 0\n1 2 3 4 5\n") + Block()));
 
-    EXPECT_EQ(Uploads(), (std::vector<Bytes>{{1, 2, 3, 4}}));
+    EXPECT_EQ(Uploads(), (std::vector<Texels>{{1, 2, 3, 4}}));
     EXPECT_EQ(CallsOf(effect_), CallsOf({BareEmitter()}));
 }
 
@@ -671,10 +672,10 @@ TEST_F(EffectTest, ATextureOfMoreThanFourMillionNumbersThatTheFileCannotHoldEnds
 TEST_F(EffectTest, ATextureOfFourMillionNumbersMayLackMostOfThem) {
     ASSERT_TRUE(Load(kHeader + Block("texture: 1000 1000 0\n1 2 3 4\n")));
 
-    const std::vector<Bytes> uploads = Uploads();
+    const std::vector<Texels> uploads = Uploads();
     ASSERT_EQ(uploads.size(), 1U);
-    Bytes expected(4'000'000, 0);
-    std::copy_n(Bytes{1, 2, 3, 4}.begin(), 4, expected.begin());
+    Texels expected(4'000'000, 0);
+    std::copy_n(Texels{1, 2, 3, 4}.begin(), 4, expected.begin());
     EXPECT_TRUE(uploads[0] == expected);
     EXPECT_EQ(Emitters(), 1U);
 }
@@ -693,9 +694,9 @@ TEST_F(EffectTest, AVeryLargeTextureThatTheFileHoldsIsRead) {
 
     ASSERT_TRUE(Load(kHeader + Block(texture) + Block()));
 
-    const std::vector<Bytes> uploads = Uploads();
+    const std::vector<Texels> uploads = Uploads();
     ASSERT_EQ(uploads.size(), 2U);
-    EXPECT_TRUE(uploads[0] == Bytes(std::size_t{1001} * 1000 * 4, 7));
+    EXPECT_TRUE(uploads[0] == Texels(std::size_t{1001} * 1000 * 4, 7));
     EXPECT_EQ(CallsOf(effect_), CallsOf({EmitterOf(BlockLines(), 1), EmitterOf(BlockLines(), 2)}));
 }
 
@@ -729,7 +730,7 @@ TEST_F(EffectTest, CutAnywhereHasTheEmittersWhoseTextureLineIsThere) {
         EXPECT_EQ(Load(whole.substr(0, length)), length >= header);
 
         EXPECT_EQ(fakes::Count("glGenTextures"), expected);
-        for (const Bytes& bytes : Uploads()) EXPECT_EQ(bytes.size(), 8U);
+        for (const Texels& bytes : Uploads()) EXPECT_EQ(bytes.size(), 8U);
         EXPECT_EQ(Emitters(), expected);
     }
 }
@@ -753,11 +754,6 @@ TEST_F(EffectTest, OfAnyBytesDoesNoHarm) {
 }
 
 // ---- Open files ----
-
-/// Returns how many files this program has open.
-std::ptrdiff_t OpenFiles() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
 
 TEST_F(EffectTest, LeavesNoFileOpen) {
     Load(kHeader + Block());

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/special_floats.h"
 
 namespace {
 
@@ -59,7 +60,6 @@ using Vector3d = ZelvarParticlesFX::Vector3d;
 using Lines = std::vector<std::string>;
 
 constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 /// How many random numbers a burst takes for itself, and for each of its particles.
 constexpr int kDrawsOfABurst = 2;
@@ -221,7 +221,7 @@ TEST(GetRate, IsThePercentOfTheTotal) {
     EXPECT_EQ(get_rate(-1, -4), 25.0F);
 }
 
-TEST(GetRate, MultipliesBeforeItDivides) {
+TEST(GetRate, DividesLast) {
     EXPECT_EQ(get_rate(1, 3), 33.3333321F);  // the other order gives 33.3333359
 }
 

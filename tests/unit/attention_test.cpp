@@ -16,7 +16,7 @@ namespace {
 using Demands = std::vector<bool>;
 using Names = std::vector<std::string>;
 
-constexpr std::uint64_t kSecond = 1'000'000'000;
+constexpr std::uint64_t kOneSecond = 1'000'000'000;
 
 /// It is Wednesday, 16 May 2012, 10:30, and nobody sees the window.
 class AttentionTest : public CalendarTest {
@@ -133,7 +133,7 @@ TEST_F(AttentionTest, WhatFellDueBeforeTheWindowWentOutOfSightIsNotTold) {
     fakes::desktop().seen = true;
     Add(DueIn(20));
     Frame();
-    fakes::desktop().nanoseconds += kSecond;
+    fakes::desktop().nanoseconds += kOneSecond;
     Frame();
     fakes::desktop().seen = false;
 
@@ -146,7 +146,7 @@ TEST_F(AttentionTest, WhatFellDueLessThanASecondBeforeIsTold) {
     fakes::desktop().seen = true;
     Add(DueIn(20));
     Frame();
-    fakes::desktop().nanoseconds += kSecond - 1;
+    fakes::desktop().nanoseconds += kOneSecond - 1;
     Frame();
     EXPECT_EQ(Titles(), Names());
     fakes::desktop().seen = false;

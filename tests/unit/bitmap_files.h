@@ -9,14 +9,9 @@
 #include <cstdint>
 #include <string>
 
-namespace bitmaps {
+#include "tests/unit/little_endian.h"
 
-/// Returns a number as that many little-endian bytes.
-inline std::string Number(std::uint32_t number, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> (8 * i));
-    return text;
-}
+namespace bitmaps {
 
 /// The first 54 bytes of a file. What the reader has no use for is nonsense, so that it cannot matter.
 struct Header {

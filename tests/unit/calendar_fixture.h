@@ -32,12 +32,8 @@
 #include "calendar/store.h"
 #include "engine/local_time.h"
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/colors.h"
 #include "tests/unit/text_reader.h"
-
-constexpr fakes::Rgba kWhite{1, 1, 1, 1};
-constexpr fakes::Rgba kYellow{1, 1, 0.5F, 1};
-constexpr fakes::Rgba kGrey{0.5F, 0.5F, 0.5F, 1};
-constexpr fakes::Rgba kGreen{0, 1, 0, 1};
 
 /// A text where it must stand, canvas units; the calendar's size is 10 throughout.
 struct ExpectedText {

@@ -3,6 +3,8 @@
 
 #include "engine/date_key.h"
 
+#include <gtest/gtest.h>
+
 #include <limits>
 
 namespace {

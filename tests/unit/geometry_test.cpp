@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-#include <limits>
-
 #include "engine/geometry.h"
 
-namespace {
+#include <gtest/gtest.h>
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+#include "tests/unit/special_floats.h"
+
+namespace {
 
 TEST(OppositeSign, CountsZeroAsPositive) {
     EXPECT_TRUE(OppositeSign(-1, 0));

@@ -1,14 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-#include <cmath>
-#include <limits>
-
 #include "engine/interpolation.h"
 
-namespace {
+#include <gtest/gtest.h>
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+#include <cmath>
+
+#include "tests/unit/special_floats.h"
+
+namespace {
 
 TEST(RateInterpole, IsHalfWayAt50PerCent) {
     EXPECT_EQ(RateInterpole(10, 20, 50), 15.0F);

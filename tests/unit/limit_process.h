@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-// Limits that tests put on their own process for a while, so that reading or writing files fails.
+// Limits that tests put on their own process for a while, so that reading or writing files fails; and what it
+// holds.
 #pragma once
 
 #include <sys/resource.h>
@@ -9,7 +10,10 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
+#include <filesystem>
+#include <iterator>
 
 /// Gives new files all the permissions they ask for, while it exists.
 class NoMask {
@@ -85,4 +89,9 @@ class NotRoot {
 inline mode_t ModeOf(const char* file) {
     struct stat status {};
     return stat(file, &status) == 0 ? status.st_mode & 07777U : 0;
+}
+
+/// Returns how many files this process has open.
+inline std::ptrdiff_t OpenFiles() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }

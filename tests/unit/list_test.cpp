@@ -15,7 +15,7 @@ namespace {
 using Names = std::vector<std::string>;
 using Places = std::vector<fakes::Rect>;
 
-constexpr int kRows = 12;
+constexpr int kShownRows = 12;
 
 /// Returns the middle of a row, canvas units.
 int RowY(int row) {
@@ -160,7 +160,7 @@ TEST_F(ListTest, LeavesWhite) {
 
 TEST_F(ListTest, FillsTwelveUntexturedRowsWhateverTheListHolds) {
     Places rows;
-    for (int row = 0; row < kRows; ++row) rows.push_back(Around(241.5, RowY(row), 225.5, 15));
+    for (int row = 0; row < kShownRows; ++row) rows.push_back(Around(241.5, RowY(row), 225.5, 15));
     for (const int count : {0, 3, 12, 20}) {
         events.clear();
         AddAppointments(count);
@@ -193,12 +193,12 @@ TEST_F(ListTest, TheShadingFollowsTheEventsWhileScrolling) {
 
 TEST_F(ListTest, ARowWithAnEventLightsUpUnderThePointer) {
     AddAppointments(3);
-    for (int row = 0; row < kRows; ++row) {
+    for (int row = 0; row < kShownRows; ++row) {
         PointAt(200, RowY(row));
 
         Frame();
 
-        for (int other = 0; other < kRows; ++other) {
+        for (int other = 0; other < kShownRows; ++other) {
             const fakes::Rgba shade{1, 1, 1, other % 2 == 0 ? 0.35F : 0.25F};
             const fakes::Rgba lit{1, 1, 0.5F, 0.4F};
             EXPECT_EQ(Colours(0).at(static_cast<std::size_t>(other)), other == row && row < 3 ? lit : shade)
@@ -354,7 +354,7 @@ TEST_F(ListTest, TodayIsTheFramesDay) {
 
 TEST_F(ListTest, AClickOnARowOpensItsEventInTheEditorFromTheNextFrameOn) {
     AddAppointments(12);
-    for (int row = 0; row < kRows; ++row) {
+    for (int row = 0; row < kShownRows; ++row) {
         menu_case_id = kListScreen;
 
         ClickRow(row);
@@ -372,7 +372,7 @@ TEST_F(ListTest, AClickOnARowOpensItsEventInTheEditorFromTheNextFrameOn) {
 TEST_F(ListTest, AClickOnAnEmptyRowDoesNothing) {
     AddAppointments(3);
 
-    for (int row = 3; row < kRows; ++row) ClickRow(row);
+    for (int row = 3; row < kShownRows; ++row) ClickRow(row);
 
     EXPECT_EQ(edit_event, nullptr);
     EXPECT_EQ(menu_case_id, kListScreen);

@@ -3,6 +3,7 @@
 
 #include "engine/memory.h"
 
+#include <gtest/gtest.h>
 #include <malloc.h>
 
 #include <cstddef>

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/colors.h"
 #include "tests/unit/text_reader.h"
 
 /// What the program opens as its web site, unless the build set another.
@@ -19,10 +20,6 @@
 #endif
 
 namespace {
-
-constexpr fakes::Rgba kWhite{1, 1, 1, 1};
-constexpr fakes::Rgba kYellow{1, 1, 0.5F, 1};
-constexpr fakes::Rgba kGrey{0.5F, 0.5F, 0.5F, 1};
 
 constexpr double kItemX = 44.5;
 constexpr double kItemHalf = 40;

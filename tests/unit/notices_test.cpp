@@ -7,16 +7,15 @@
 
 #include <climits>
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "tests/unit/calendar_fixture.h"
+#include "tests/unit/special_floats.h"
 
 namespace {
 
 constexpr int kToday = 3;  ///< the weekday
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 /// Numbers that are no kind of event.
 const std::vector<int>& UnknownKinds() {

@@ -4,6 +4,8 @@
 // Every allocation of the program fails in turn in tests/allocations.
 #include "app/out_of_memory.h"
 
+#include <gtest/gtest.h>
+
 #include <csignal>
 #include <exception>
 #include <new>

@@ -113,7 +113,7 @@ std::string SaidOfLoading() {
     return testing::internal::GetCapturedStderr();
 }
 
-std::string Complaint(const std::string& file) {
+std::string EffectComplaint(const std::string& file) {
     return "Ulmaro Assistant: non riesco a leggere l'effetto \"" + file +
            "\": manca o non e' un file di effetti.\n";
 }
@@ -124,16 +124,16 @@ TEST_F(OwlParticlesTest, AreLoadedWithoutAWord) {
 
 TEST_F(OwlParticlesTest, AreMissedInALineEach) {
     std::filesystem::remove("smoke.zfx");
-    EXPECT_EQ(SaidOfLoading(), Complaint("smoke.zfx"));
+    EXPECT_EQ(SaidOfLoading(), EffectComplaint("smoke.zfx"));
 
     std::filesystem::remove("sleep.zfx");
-    EXPECT_EQ(SaidOfLoading(), Complaint("sleep.zfx") + Complaint("smoke.zfx"));
+    EXPECT_EQ(SaidOfLoading(), EffectComplaint("sleep.zfx") + EffectComplaint("smoke.zfx"));
 }
 
 TEST_F(OwlParticlesTest, ThatAreNotAcceptedAreToldInALine) {
     std::ofstream("sleep.zfx") << "ZFX ver: 3\n";
 
-    EXPECT_EQ(SaidOfLoading(), Complaint("sleep.zfx"));
+    EXPECT_EQ(SaidOfLoading(), EffectComplaint("sleep.zfx"));
 }
 
 // ---- The z's and the smoke ----

@@ -3,6 +3,8 @@
 
 #include "engine/plain_text.h"
 
+#include <gtest/gtest.h>
+
 #include <random>
 #include <string>
 

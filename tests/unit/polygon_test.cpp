@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Ulmaro Assistant developers
 // SPDX-License-Identifier: MIT
 
-#include <cstddef>
-
 #include "engine/polygon.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
 
 namespace {
 

@@ -3,15 +3,12 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 #include "engine/random.h"
 #include "tests/fakes/fakes.h"
+#include "tests/unit/special_floats.h"
 
 namespace {
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 // Exits with 0 if the first call seeds and the second does not, and with a status of its own for each
 // mistake.

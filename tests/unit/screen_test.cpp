@@ -6,13 +6,13 @@
 
 namespace {
 
-struct Corner {
+struct ScreenCorner {
     fakes::Vec2 texcoord;
     fakes::Vec3 place;
 };
 
 // Expects a quad with these corners in this order, in object space.
-void ExpectQuad(const fakes::Primitive& quad, const std::vector<Corner>& corners) {
+void ExpectQuad(const fakes::Primitive& quad, const std::vector<ScreenCorner>& corners) {
     EXPECT_EQ(quad.mode, static_cast<GLenum>(GL_QUADS));
     ASSERT_EQ(quad.vertices.size(), corners.size());
     for (std::size_t i = 0; i < corners.size(); ++i) {
@@ -194,7 +194,7 @@ class SkyBox : public fakes::Test {
 
     // Expects the side that is drawn in this place (from 0).
     static void ExpectSide(std::size_t place, unsigned int texture, const fakes::Vec3& normal,
-                           const std::vector<Corner>& corners) {
+                           const std::vector<ScreenCorner>& corners) {
         ASSERT_EQ(fakes::gl().primitives.size(), 6U);
         EXPECT_EQ(fakes::gl().primitives[place].texture, texture);
         ExpectNormal(fakes::gl().primitives[place], normal);

@@ -27,7 +27,7 @@ struct Glyph {
 };
 
 /// Returns the glyph that a primitive shows; a primitive that is no glyph fails the test.
-std::optional<Glyph> Read(const fakes::Primitive& primitive) {
+std::optional<Glyph> ReadGlyph(const fakes::Primitive& primitive) {
     const fakes::Rect place = fakes::Bounds(primitive);
     const fakes::Rect cell = fakes::TexBounds(primitive);
     const double column = cell.left * 16;
@@ -78,7 +78,7 @@ std::vector<PrintedLine> PrintedText(unsigned int texture) {
     std::vector<PrintedLine> lines;
     std::optional<Glyph> last;
     for (const fakes::Primitive& primitive : fakes::gl().DrawnWith(texture)) {
-        const std::optional<Glyph> glyph = Read(primitive);
+        const std::optional<Glyph> glyph = ReadGlyph(primitive);
         if (!glyph) continue;
         const bool same_text = last && InOnePrinting(*last, *glyph);
         if (!same_text || !Continues(lines.back(), *glyph)) {

@@ -6,9 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <ostream>
 #include <type_traits>
+
+#include "tests/unit/special_floats.h"
 
 // Shows a vector in a failed expectation.
 static void PrintTo(const vector3f& v, std::ostream* out) {
@@ -16,9 +17,6 @@ static void PrintTo(const vector3f& v, std::ostream* out) {
 }
 
 namespace {
-
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 TEST(Vector3f, IsMadeAsZero) {
     const vector3f v;

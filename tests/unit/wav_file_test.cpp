@@ -24,18 +24,12 @@
 
 #include "tests/fakes/fakes.h"
 #include "tests/unit/limit_memory.h"
+#include "tests/unit/little_endian.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
 
 // ---- Files by hand ----
-
-/// Returns a number as 2 or 4 little-endian bytes.
-std::string Number(std::uint32_t number, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(number >> (8 * i));
-    return text;
-}
 
 /// The fields of a format chunk; at first 16-bit mono at 44100 frames a second.
 struct Format {
@@ -660,7 +654,7 @@ TEST_F(WaveFileTest, OutputsAreWrittenOnlyOnSuccess) {
         testing::ExitedWithCode(11), "^nothing written$");
 }
 
-void SayExit() {
+void SayThatExitRan() {
     std::fputs("exit was called", stderr);
 }
 
@@ -684,7 +678,7 @@ TEST_F(WaveFileTest, WhatIsRegisteredForTheEndRunsWhateverTheStatus) {
         WriteFile("sound.wav", end.file);
         EXPECT_EXIT(
             {
-                std::atexit(SayExit);
+                std::atexit(SayThatExitRan);
                 Outputs out;
                 Load(out);
             },

@@ -72,19 +72,19 @@ void ExpectSame(const std::string& path) {
 }
 
 /// A kind of file, as libsndfile names it.
-struct Kind {
+struct SoundKind {
     const char* name;
     int format;
     int channels;
     int ends_with = 0;  ///< the status with which the program ends; 0 for a kind that it plays
 };
 
-std::ostream& operator<<(std::ostream& out, const Kind& kind) {
+std::ostream& operator<<(std::ostream& out, const SoundKind& kind) {
     return out << kind.name;
 }
 
 /// Writes "sound.wav", with a chunk of texts before or after the samples.
-void Write(const Kind& kind, int rate, sf_count_t frames, std::mt19937& random) {
+void Write(const SoundKind& kind, int rate, sf_count_t frames, std::mt19937& random) {
     SF_INFO info = {};
     info.samplerate = rate;
     info.channels = kind.channels;
@@ -98,7 +98,7 @@ void Write(const Kind& kind, int rate, sf_count_t frames, std::mt19937& random) 
     if (frames % 3 == 0) sf_set_string(file.get(), SF_STR_COMMENT, "notturna");
 }
 
-class SoundsOfTheWorld : public testing::TestWithParam<Kind> {
+class SoundsOfTheWorld : public testing::TestWithParam<SoundKind> {
     TemporaryFolder folder_;
 };
 
@@ -128,30 +128,31 @@ constexpr int kPlain = SF_FORMAT_WAV;
 constexpr int kExtensible = SF_FORMAT_WAVEX;
 
 INSTANTIATE_TEST_SUITE_P(Of, PlayedSounds,
-                         testing::Values(Kind{"Mono8", kPlain | SF_FORMAT_PCM_U8, 1},
-                                         Kind{"Mono16", kPlain | SF_FORMAT_PCM_16, 1},
-                                         Kind{"Stereo8", kPlain | SF_FORMAT_PCM_U8, 2},
-                                         Kind{"Stereo16", kPlain | SF_FORMAT_PCM_16, 2},
-                                         Kind{"ExtensibleMono8", kExtensible | SF_FORMAT_PCM_U8, 1},
-                                         Kind{"ExtensibleMono16", kExtensible | SF_FORMAT_PCM_16, 1},
-                                         Kind{"ExtensibleStereo8", kExtensible | SF_FORMAT_PCM_U8, 2},
-                                         Kind{"ExtensibleStereo16", kExtensible | SF_FORMAT_PCM_16, 2}),
+                         testing::Values(SoundKind{"Mono8", kPlain | SF_FORMAT_PCM_U8, 1},
+                                         SoundKind{"Mono16", kPlain | SF_FORMAT_PCM_16, 1},
+                                         SoundKind{"Stereo8", kPlain | SF_FORMAT_PCM_U8, 2},
+                                         SoundKind{"Stereo16", kPlain | SF_FORMAT_PCM_16, 2},
+                                         SoundKind{"ExtensibleMono8", kExtensible | SF_FORMAT_PCM_U8, 1},
+                                         SoundKind{"ExtensibleMono16", kExtensible | SF_FORMAT_PCM_16, 1},
+                                         SoundKind{"ExtensibleStereo8", kExtensible | SF_FORMAT_PCM_U8, 2},
+                                         SoundKind{"ExtensibleStereo16", kExtensible | SF_FORMAT_PCM_16, 2}),
                          [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     Of, RefusedSounds,
-    testing::Values(Kind{"Mono24", kPlain | SF_FORMAT_PCM_24, 1, kBadMonoDepth},
-                    Kind{"Stereo32", kPlain | SF_FORMAT_PCM_32, 2, kBadStereoDepth},
-                    Kind{"MonoFloat", kPlain | SF_FORMAT_FLOAT, 1, kBadMonoDepth},
-                    Kind{"StereoDouble", kPlain | SF_FORMAT_DOUBLE, 2, kBadStereoDepth},
-                    Kind{"ExtensibleStereoFloat", kExtensible | SF_FORMAT_FLOAT, 2, kBadStereoDepth},
-                    Kind{"ThreeChannels", kPlain | SF_FORMAT_PCM_16, 3, kBadChannels},
-                    Kind{"MuLaw", kPlain | SF_FORMAT_ULAW, 1, kNotLinearPcm},
-                    Kind{"ALaw", kPlain | SF_FORMAT_ALAW, 2, kNotLinearPcm},
-                    Kind{"ImaAdpcm", kPlain | SF_FORMAT_IMA_ADPCM, 1, kNotLinearPcm},
-                    Kind{"MsAdpcm", kPlain | SF_FORMAT_MS_ADPCM, 2, kNotLinearPcm},
-                    Kind{"BigEndian", SF_FORMAT_WAV | SF_FORMAT_PCM_16 | SF_ENDIAN_BIG, 1, kNotAWaveFile},
-                    Kind{"NoWave", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, 1, kNotAWaveFile}),
+    testing::Values(SoundKind{"Mono24", kPlain | SF_FORMAT_PCM_24, 1, kBadMonoDepth},
+                    SoundKind{"Stereo32", kPlain | SF_FORMAT_PCM_32, 2, kBadStereoDepth},
+                    SoundKind{"MonoFloat", kPlain | SF_FORMAT_FLOAT, 1, kBadMonoDepth},
+                    SoundKind{"StereoDouble", kPlain | SF_FORMAT_DOUBLE, 2, kBadStereoDepth},
+                    SoundKind{"ExtensibleStereoFloat", kExtensible | SF_FORMAT_FLOAT, 2, kBadStereoDepth},
+                    SoundKind{"ThreeChannels", kPlain | SF_FORMAT_PCM_16, 3, kBadChannels},
+                    SoundKind{"MuLaw", kPlain | SF_FORMAT_ULAW, 1, kNotLinearPcm},
+                    SoundKind{"ALaw", kPlain | SF_FORMAT_ALAW, 2, kNotLinearPcm},
+                    SoundKind{"ImaAdpcm", kPlain | SF_FORMAT_IMA_ADPCM, 1, kNotLinearPcm},
+                    SoundKind{"MsAdpcm", kPlain | SF_FORMAT_MS_ADPCM, 2, kNotLinearPcm},
+                    SoundKind{"BigEndian", SF_FORMAT_WAV | SF_FORMAT_PCM_16 | SF_ENDIAN_BIG, 1,
+                              kNotAWaveFile},
+                    SoundKind{"NoWave", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, 1, kNotAWaveFile}),
     [](const auto& test) { return test.param.name; });
 
 TEST(ProgramsSounds, HaveTheBytesRateAndLengthThatLibsndfileFinds) {
