@@ -236,6 +236,30 @@ TEST_F(MilkShapeTest, AModelIsEmptyAtFirst) {
     EXPECT_EQ(model.materials, nullptr);
 }
 
+TEST_F(MilkShapeTest, AMeshAndAMaterialAreEmptyAtFirst) {
+    const Model::Mesh mesh;
+    const Model::Material material;
+
+    EXPECT_EQ(mesh.material, -1);
+    EXPECT_EQ(mesh.triangle_count, 0);
+    EXPECT_EQ(mesh.triangles, nullptr);
+    EXPECT_EQ(material.shininess, 0);
+    EXPECT_EQ(material.texture, 0U);
+    EXPECT_EQ(material.texture_file, nullptr);
+}
+
+TEST_F(MilkShapeTest, AModelThatIsMovedTakesEverythingAlong) {
+    MilkshapeModel model = Loaded(TwoMeshes());
+    const std::string before = TextOf(model);
+
+    MilkshapeModel moved(std::move(model));
+
+    EXPECT_EQ(TextOf(moved), before);
+    MilkshapeModel assigned;
+    assigned = std::move(moved);
+    EXPECT_EQ(TextOf(assigned), before);
+}
+
 TEST_F(MilkShapeTest, LoadsVerticesWithoutTheirBones) {
     const MilkshapeModel model = Loaded(TwoMeshes());
 
