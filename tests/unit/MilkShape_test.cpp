@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstddef>
@@ -23,7 +24,9 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/library_calls.h"
 #include "tests/unit/limit_memory.h"
+#include "tests/unit/limit_process.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -550,6 +553,21 @@ TEST_F(MilkShapeTest, RefusesWhatIsNoFile) {
     for (const char* name : {"missing", "folder", "folder/", "empty", "", "missing/owl.ms3d"}) {
         EXPECT_FALSE(model.loadModelData(name)) << '"' << name << '"';
     }
+}
+
+TEST_F(MilkShapeTest, RefusesWhatCannotBeOpenedOrRead) {
+    WriteFile("file.ms3d", Bytes(TwoMeshes()));
+    MilkshapeModel model;
+    {
+        const FailingCall reading("read", EIO);
+        EXPECT_FALSE(model.loadModelData("file.ms3d"));
+    }
+    ASSERT_EQ(chmod("file.ms3d", 0), 0);
+    ASSERT_EQ(chmod(".", 0755), 0);
+    const NotRoot nobody;
+    ASSERT_TRUE(nobody.Works());
+
+    EXPECT_FALSE(model.loadModelData("file.ms3d"));
 }
 
 TEST_F(MilkShapeTest, RefusesANamedPipeWithoutWaitingForItsWriter) {

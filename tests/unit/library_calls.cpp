@@ -101,6 +101,12 @@ int fcntl(int file, int command, ...) {
     return original(file, command, argument);
 }
 
+int fchown(int file, uid_t owner, gid_t group) noexcept {
+    if (Fails("fchown")) return Failure();
+    static const auto original = Original<decltype(&fchown)>("fchown");
+    return original(file, owner, group);
+}
+
 std::FILE* fdopen(int file, const char* mode) noexcept {
     if (Fails("fdopen")) return nullptr;
     static const auto original = Original<decltype(&fdopen)>("fdopen");
@@ -135,6 +141,34 @@ int link(const char* from, const char* to) noexcept {
     if (Fails("link")) return Failure();
     static const auto original = Original<decltype(&link)>("link");
     return original(from, to);
+}
+
+int lstat(const char* path, struct stat* status) noexcept {
+    if (Fails("lstat")) return Failure();
+    static const auto original = Original<decltype(&lstat)>("lstat");
+    return original(path, status);
+}
+
+int open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    if (Fails("open")) return Failure();
+    static const auto original = Original<int (*)(const char*, int, ...)>("open");
+    return original(path, flags, mode);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    if (Fails("rename")) return Failure();
+    static const auto original = Original<decltype(&rename)>("rename");
+    return original(from, to);
+}
+
+int unlink(const char* path) noexcept {
+    if (Fails("unlink")) return Failure();
+    static const auto original = Original<decltype(&unlink)>("unlink");
+    return original(path);
 }
 
 ssize_t read(int file, void* buffer, size_t bytes) {

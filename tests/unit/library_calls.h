@@ -10,7 +10,7 @@
 #include <vector>
 
 /// Lets calls of one function fail, while it exists: close (which closes all the same), fcntl (where it
-/// duplicates a descriptor), fdopen, flock, fstat, fsync, link or read.
+/// duplicates a descriptor), fchown, fdopen, flock, fstat, fsync, link, lstat, open, read, rename or unlink.
 class FailingCall {
   public:
     /// The calls from number `first` on fail with an errno, so many `times`. With the errno 0 they return 0

@@ -445,7 +445,65 @@ TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramLocksFirstIsNotWrittenTo) {
     EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
 }
 
+TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramRemovesMeanwhileIsNotInTheWay) {
+    WriteFile("file.new", "left behind");
+    {
+        const FailingCall removed_first("unlink", ENOENT, 1, 1);
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+        EXPECT_EQ(removed_first.Calls(), 2);
+    }
+    const FailingCall was_there("open", EEXIST, 1, 1);
+    EXPECT_EQ(Replace("file", "newer"), kNoError);
+
+    EXPECT_EQ(ReadFile("file"), "newer");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatCannotBeLookedAtIsNotTakenForOurs) {
+    WriteFile("file", "old");
+    for (const char* call : {"fstat", "lstat"}) {
+        const FailingCall look(call, EIO, 1, 1);  // right after it was locked
+        EXPECT_EQ(ReplaceFile("file", Writing("new")), kNoError) << call;
+        EXPECT_GT(look.Calls(), 2) << "it was made once more";
+    }
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, OnlyForRootIsItAnErrorThatAFileCannotBeGivenToItsOwner) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    constexpr uid_t kNobody = 65534;
+    WriteFile("file", "old");
+    ASSERT_EQ(chown("file", kNobody, kNobody), 0);
+    const FailingCall give("fchown", EPERM);
+    EXPECT_EQ(Replace("file", "new"), SystemError(EPERM));
+    EXPECT_EQ(ReadFile("file"), "old");
+
+    ASSERT_EQ(chown("file", 0, 0), 0);
+    ASSERT_EQ(chmod(".", 0777), 0);
+    const NotRoot nobody;
+    ASSERT_TRUE(nobody.Works());
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+    EXPECT_EQ(ReadFile("file"), "new");
+}
+
 // ---- Replacements that fail ----
+
+TEST_F(ReplaceFileTest, AFolderThatTakesTheFilesNameInTheLastMomentIsToldAsOne) {
+    const FailingCall taken("rename", EISDIR);
+
+    EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
+
+    EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(ReplaceFileTest, AFolderThatMayNotBeOpenedIsNotFlushedButAnyOtherFailureIsAnError) {
+    for (const int error : {EACCES, EPERM, EMFILE, EIO}) {
+        const FailingCall folder("open", error, 2, 1);  // after the new file
+        const bool harmless = error == EACCES || error == EPERM;
+        EXPECT_EQ(Replace("file", "new"), harmless ? kNoError : SystemError(error)) << error;
+    }
+}
 
 TEST_F(ReplaceFileTest, AFlushThatFailsIsAnErrorAndKeepsTheOldFileIfItIsThatOfTheNew) {
     WriteFile("file", "old");

@@ -1135,6 +1135,41 @@ TEST_F(StoreTest, AFailureForTheSameReasonIsNotToldAgainButAnotherIs) {
     EXPECT_EQ(said, Complaint("al suo posto c'e' una cartella"));
 }
 
+TEST_F(StoreTest, TheSameCallThatFailsOtherwiseIsToldAgainAndSoIsTheSameErrorOfAnotherStep) {
+    WriteFile("database.bin", ThreeRecords());
+    {
+        const FailingCall reading("read", EIO);
+        Load();
+        EXPECT_EQ(Save(), Complaint("prima devo leggerlo, ma il disco ha dato un errore"));
+    }
+    auto retry_failing = [second = 0.0](int error) mutable {
+        const FailingCall flush("fsync", error);
+        std::string said = RetryAt(second += 100);
+        return said + RetryAt(second += 100);
+    };
+    EXPECT_EQ(retry_failing(EIO), Complaint("il disco ha dato un errore")) << "of the flush, not of reading";
+    EXPECT_EQ(retry_failing(EIO), "");
+    EXPECT_EQ(retry_failing(ENOSPC), Complaint("il disco e' pieno"));
+}
+
+TEST_F(StoreTest, AFileThatShrinksWhileItIsReadIsDamagedAndItsOtherEventsAreFresh) {
+    WriteFile("database.bin", ThreeRecords());
+    const FailingCall no_more("read", 0, 2);
+
+    EXPECT_EQ(Load(), Damaged("database.bin.bak"));
+
+    ASSERT_EQ(events.size(), 3U);
+    for (const Event& event : events) ExpectFresh(event);
+}
+
+TEST_F(StoreTest, WhatMayNotBeReadIsToldAsThat) {
+    WriteFile("database.bin", ThreeRecords());
+    for (const int error : {EACCES, EPERM}) {
+        const FailingCall opening("open", error, 1, 1);
+        EXPECT_EQ(Load(), Unread("manca il permesso di leggerlo")) << error;
+    }
+}
+
 TEST_F(StoreTest, AFileThatCouldNotBeReadIsReadAndJoinedWhenTheSaveIsTriedAgain) {
     WriteFile("database.bin", ThreeRecords());
     LoadInVain();

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/library_calls.h"
 #include "tests/unit/limit_memory.h"
 
 namespace {
@@ -289,6 +290,16 @@ TEST_F(TexturesTest, AFileShortByOneByteIsTruncated) {
     PictureFolder::Write("ic7", 2, 1, std::vector<std::uint8_t>(7));
 
     ExpectRefusal("ic7", "il file e' troncato");
+}
+
+TEST_F(TexturesTest, AFileThatShrinksOrCannotBeOpenedAfterAllIsRefused) {
+    PictureFolder::Write("longer", 2, 1, std::vector<std::uint8_t>(8));
+    PictureFolder::Write("hat", 2, 1, std::vector<std::uint8_t>(7));
+    const StandIn longer("hat", "longer");
+
+    ExpectRefusal("hat", "il file non si riesce a leggere");
+    std::filesystem::remove("hat");
+    ExpectRefusal("hat", "il file non si riesce ad aprire");
 }
 
 TEST_F(TexturesTest, BytesBehindThePixelsAreNotLookedAt) {
