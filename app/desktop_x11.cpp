@@ -434,8 +434,10 @@ void TakeEvent(const xcb_generic_event_t& event) {
     }
 }
 
-/// Takes in what has come. A connection that has broken is given up: the window counts as seen then.
+/// Takes in what has come. A connection that has broken is given up: the window counts as seen then, and
+/// nothing comes any more.
 void TakeEvents() {
+    if (watch.connection == nullptr) return;
     while (const auto event = Owned(xcb_poll_for_event(watch.connection))) TakeEvent(*event);
     if (xcb_connection_has_error(watch.connection) == 0) return;
     xcb_disconnect(watch.connection);
@@ -633,6 +635,7 @@ bool AwaitConnections(std::uint64_t nanoseconds, bool glut_too) {
 void NoteDrawn() {
     if (watch.drawing_since == 0) return;
     TakeEvents();
+    if (watch.connection == nullptr) return;
     watch.drawn_late = !watch.awaiting;
     const std::uint64_t took = RealNanoseconds() - watch.drawing_since;
     watch.drawing = std::max(took, watch.drawing - watch.drawing / 16 + took / 16);

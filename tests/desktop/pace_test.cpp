@@ -172,6 +172,32 @@ TEST_F(ThePace, NeedsNoWordOfRefreshes) {
     EXPECT_EQ(program.Said(), "");
 }
 
+/// The program whose own connection to the server breaks after a while, or at once.
+class TheLostConnection : public ThePace, public testing::WithParamInterface<int> {};
+
+TEST_P(TheLostConnection, LeavesAWindowThatIsDrawnWhileItIsShownAndTenTimesASecondWhileItIsNot) {
+    Start start;
+    start.preload = {ULMARO_LOST_CONNECTION_LIBRARY};
+    start.environment["ULMARO_CONNECTION_LASTS"] = std::to_string(GetParam());
+    Program& program = Run(start);
+    program.Resize({400, 300, 100, 100});  // cheap frames, also on a busy machine
+    SleepSeconds(1);
+
+    const double shown = SwapsAtRest(program, 1);
+    program.Minimise();
+    SleepSeconds(0.5);
+    const double hidden = program.FramesPerSecond(1.5);
+
+    std::printf("%.1f swaps/s, minimised %.1f frames/s\n", shown, hidden);
+    EXPECT_GT(shown, 2) << "also on a busy machine";
+    EXPECT_GE(hidden, 5);
+    EXPECT_LE(hidden, 15);
+    EXPECT_EQ(program.Said(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Lasting, TheLostConnection, testing::Values(0, 100),
+                         [](const auto& test) { return test.param == 0 ? "NotAtAll" : "AWhile"; });
+
 TEST_F(ThePace, IsThatOfAHiddenWindowWhereNoRefreshComes) {
     Start start;
     start.preload = {ULMARO_WITHOUT_REFRESHES_LIBRARY};

@@ -211,6 +211,31 @@ TEST_F(TheWindow, SaysInOneLineThatAGeometryIsWrong) {
               "esempio -geometry 300x300+10+10.\n");
 }
 
+class TheWrongGeometry : public OnDesktop, public testing::WithParamInterface<const char*> {};
+
+TEST_P(TheWrongGeometry, EndsTheProgramWithOneLine) {
+    Start start;
+    start.options = {"-geometry", GetParam()};
+    start.wait_for_window = false;
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said().find(std::string("Ulmaro Assistant: \"") + GetParam() + "\" non e'"), 0U)
+        << program.Said();
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, TheWrongGeometry, testing::Values("0x300", "300x0", "x300", "300x300+10"),
+                         [](const auto& test) { return "Form" + std::to_string(test.index); });
+
+TEST_F(TheWindow, TakesASizeAlone) {
+    Start start;
+    start.options = {"-geometry", "200x250"};
+    const ScreenRect place = Run(start).Place();
+
+    EXPECT_EQ(place.width, 200);
+    EXPECT_EQ(place.height, 250);
+}
+
 // ---- Files ----
 
 TEST_F(TheWindow, FindsItsFilesInTheCurrentDirectoryAlone) {

@@ -76,10 +76,8 @@ std::time_t time(std::time_t* timer) noexcept {
 std::tm* localtime(const std::time_t* timer) noexcept {
     static std::tm broken_down;
     ++world().localtime_calls;
-    if (world().local)
-        broken_down = *world().local;
-    else
-        gmtime_r(timer, &broken_down);
+    if (!world().local) return gmtime_r(timer, &broken_down);
+    broken_down = *world().local;
     return &broken_down;
 }
 

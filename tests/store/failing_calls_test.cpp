@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <tuple>
@@ -354,6 +355,36 @@ TEST_F(FailingMemory, InASaveFailsItAndIsMadeGoodByItself) {
         }
         EXPECT_GE(failed, unread ? 6 : 3);
     }
+}
+
+TEST_F(FailingMemory, WhileADamagedFileIsCopiedFailsTheSaveAndLeavesOneWholeCopyAtLast) {
+    const std::string longer(40, 'd');  // than what a string holds without memory of its own
+    int failed = 0;
+    for (int n = 1; n == failed + 1 && !HasFailure(); ++n) {
+        SCOPED_TRACE("allocation " + std::to_string(n));
+        folder_.Empty();
+        std::filesystem::create_directory(folder_.Path(longer));
+        folder_.Write(longer + "/real.bin", kDamaged);
+        std::filesystem::create_symlink(longer + "/real.bin", folder_.Path("database.bin"));
+        Worker::Start start = Spoiling(n);
+        start.environment["ULMARO_NO_LINKS"] = "1";
+
+        const End end =
+            RunWorker(folder_, "load events 40 watch save release memory copy seen retry 2", start);
+
+        EXPECT_TRUE(end.Well());
+        const bool spoilt = n <= std::atoi(end.out.substr(end.out.find('\n') + 1).c_str());
+        const std::string complaint = LinesWith(kFailedLine, end.error);
+        EXPECT_EQ(IsOneComplaint(complaint, "non c'e' abbastanza memoria"), spoilt) << complaint;
+        if (spoilt) ++failed;
+        const auto seen = folder_.Read("seen");
+        EXPECT_TRUE(seen == kDamaged || seen == FileBytes(40));
+        EXPECT_EQ(folder_.Read(longer + "/real.bin"), FileBytes(40));
+        EXPECT_EQ(folder_.Read(longer + "/real.bin.bak"), kDamaged);
+        EXPECT_EQ(folder_.Read(longer + "/real.bin.bak.1"), std::nullopt);
+        EXPECT_EQ(folder_.Read(longer + "/real.bin.new"), std::nullopt);
+    }
+    EXPECT_GE(failed, 10);
 }
 
 }  // namespace

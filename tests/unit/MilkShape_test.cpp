@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstddef>
@@ -23,7 +24,9 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/library_calls.h"
 #include "tests/unit/limit_memory.h"
+#include "tests/unit/limit_process.h"
 #include "tests/unit/little_endian.h"
 #include "tests/unit/temporary_folder.h"
 
@@ -228,6 +231,30 @@ TEST_F(MilkShapeTest, AModelIsEmptyAtFirst) {
     EXPECT_EQ(model.triangles, nullptr);
     EXPECT_EQ(model.meshes, nullptr);
     EXPECT_EQ(model.materials, nullptr);
+}
+
+TEST_F(MilkShapeTest, AMeshAndAMaterialAreEmptyAtFirst) {
+    const Model::Mesh mesh;
+    const Model::Material material;
+
+    EXPECT_EQ(mesh.material, -1);
+    EXPECT_EQ(mesh.triangle_count, 0);
+    EXPECT_EQ(mesh.triangles, nullptr);
+    EXPECT_EQ(material.shininess, 0);
+    EXPECT_EQ(material.texture, 0U);
+    EXPECT_EQ(material.texture_file, nullptr);
+}
+
+TEST_F(MilkShapeTest, AModelThatIsMovedTakesEverythingAlong) {
+    MilkshapeModel model = Loaded(TwoMeshes());
+    const std::string before = TextOf(model);
+
+    MilkshapeModel moved(std::move(model));
+
+    EXPECT_EQ(TextOf(moved), before);
+    MilkshapeModel assigned;
+    assigned = std::move(moved);
+    EXPECT_EQ(TextOf(assigned), before);
 }
 
 TEST_F(MilkShapeTest, LoadsVerticesWithoutTheirBones) {
@@ -520,6 +547,21 @@ TEST_F(MilkShapeTest, RefusesWhatIsNoFile) {
     for (const char* name : {"missing", "folder", "folder/", "empty", "", "missing/owl.ms3d"}) {
         EXPECT_FALSE(model.loadModelData(name)) << '"' << name << '"';
     }
+}
+
+TEST_F(MilkShapeTest, RefusesWhatCannotBeOpenedOrRead) {
+    WriteFile("file.ms3d", Bytes(TwoMeshes()));
+    MilkshapeModel model;
+    {
+        const FailingCall reading("read", EIO);
+        EXPECT_FALSE(model.loadModelData("file.ms3d"));
+    }
+    ASSERT_EQ(chmod("file.ms3d", 0), 0);
+    ASSERT_EQ(chmod(".", 0755), 0);
+    const NotRoot nobody;
+    ASSERT_TRUE(nobody.Works());
+
+    EXPECT_FALSE(model.loadModelData("file.ms3d"));
 }
 
 TEST_F(MilkShapeTest, RefusesANamedPipeWithoutWaitingForItsWriter) {

@@ -8,11 +8,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include "tests/unit/library_calls.h"
 #include "tests/unit/temporary_folder.h"
 
 namespace {
@@ -77,18 +79,32 @@ TEST_F(FileTest, IsNotInheritedByOtherPrograms) {
     EXPECT_NE(fcntl(fileno(file.get()), F_GETFD) & FD_CLOEXEC, 0);
 }
 
+/// Returns how many files this process has open.
+std::ptrdiff_t OpenFiles() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
 TEST_F(FileTest, LeavesNothingOpenWhateverThePathLeadsTo) {
-    const auto open_files = [] {
-        const std::filesystem::directory_iterator files("/proc/self/fd");
-        return std::distance(begin(files), end(files));
-    };
     WriteFile("file", "abc");
     ASSERT_EQ(mkfifo("pipe", S_IRUSR | S_IWUSR), 0);
-    const auto before = open_files();
+    const auto before = OpenFiles();
 
     for (const char* path : {"file", "missing", "pipe", ".", "/dev/null"}) {
         OpenRegularFile(path);
-        EXPECT_EQ(open_files(), before) << path;
+        EXPECT_EQ(OpenFiles(), before) << path;
+    }
+}
+
+TEST_F(FileTest, ACallThatFailsIsNullAndLeavesNothingOpen) {
+    WriteFile("file", "abc");
+    const auto before = OpenFiles();
+
+    for (const char* call : {"fstat", "fcntl", "fdopen"}) {
+        const FailingCall failing(call, EMFILE);
+        EXPECT_EQ(OpenRegularFile("file"), nullptr) << call;
+        EXPECT_EQ(failing.Calls(), 1) << call;
+        EXPECT_EQ(OpenFiles(), before) << call;
     }
 }
 

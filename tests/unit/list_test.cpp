@@ -588,6 +588,11 @@ TEST_F(ListTest, AGreyArrowScrollsNothing) {
 
     EXPECT_EQ(NamesShown().front(), "01");
     EXPECT_EQ(NamesShown().size(), 12U);
+    ScrollDown(1);
+    AddAppointments(1);
+    Frame();
+    EXPECT_EQ(NamesShown().size(), 12U);
+    EXPECT_EQ(event_list.swap, 0) << "nor what comes to the list later";
 }
 
 TEST_F(ListTest, AListThatBecameShorterIsScrolledBackToItsEnd) {

@@ -3,11 +3,17 @@
 
 #include "engine/local_time.h"
 
+#include <chrono>
 #include <cstdlib>
+#include <filesystem>
+#include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tests/fakes/fakes.h"
+#include "tests/unit/library_calls.h"
+#include "tests/unit/temporary_folder.h"
 
 namespace {
 
@@ -101,6 +107,81 @@ TEST_F(LocalTimeTest, NoticesAChangedZoneWithinASecond) {
     fakes::world().now += 1;
 
     EXPECT_EQ(LocalTime().tm_hour, 22);
+}
+
+TEST_F(LocalTimeTest, ATimeThatHasNoDateLeavesTheLastOneAndIsTriedAgain) {
+    fakes::SetLocalTime(2012, 5, 16, 10, 30, 0);
+    LocalTime();
+    fakes::world().now = std::numeric_limits<std::time_t>::max();
+
+    EXPECT_EQ(LocalTime().tm_year, 112);
+    EXPECT_EQ(LocalTime().tm_hour, 10);
+    EXPECT_EQ(fakes::world().localtime_calls, 3);
+}
+
+/// The system's zone file, which tests may change, without the variable that would come first.
+class SystemZoneTest : public LocalTimeTest {
+  protected:
+    using Zones = std::vector<std::string>;
+
+    /// Lets the program have seen the file as it is.
+    void SetUp() override {
+        LocalTimeTest::SetUp();
+        unsetenv("TZ");
+        WriteFile("zone", "Rome");
+        ZonesSetByNextSecond();
+    }
+
+    /// Returns what TZ was whenever the C library had to read the zone anew.
+    static Zones ZonesSetByNextSecond() {
+        const ZonesSet zones;
+        fakes::world().now += 1;
+        LocalTime();
+        return zones.Names();
+    }
+
+    const ZoneVariable put_back_;
+    TemporaryFolder folder_;
+    const StandIn zone_file_{"/etc/localtime", "zone"};
+};
+
+TEST_F(SystemZoneTest, IsReadOnceWhileItsFileStaysTheSame) {
+    EXPECT_EQ(ZonesSetByNextSecond(), Zones{});
+    EXPECT_EQ(ZonesSetByNextSecond(), Zones{});
+}
+
+TEST_F(SystemZoneTest, IsReadAnewWhenAnotherFileHasItsName) {
+    WriteFile("other", "Cairo");
+    std::filesystem::rename("other", "zone");
+
+    EXPECT_EQ(ZonesSetByNextSecond(), (Zones{"UTC0", "unset"}));
+    EXPECT_EQ(ZonesSetByNextSecond(), Zones{}) << "it is known now";
+}
+
+TEST_F(SystemZoneTest, IsReadAnewWhenItsFileIsWrittenTo) {
+    const auto written = std::filesystem::last_write_time("zone");
+
+    std::filesystem::last_write_time("zone", written + std::chrono::nanoseconds(1));
+    EXPECT_EQ(ZonesSetByNextSecond(), (Zones{"UTC0", "unset"}));
+    std::filesystem::last_write_time("zone", written + std::chrono::hours(1));
+    EXPECT_EQ(ZonesSetByNextSecond(), (Zones{"UTC0", "unset"}));
+}
+
+TEST_F(SystemZoneTest, IsReadAnewWhenItsFileGoesAndComes) {
+    std::filesystem::rename("zone", "elsewhere");
+    EXPECT_EQ(ZonesSetByNextSecond(), (Zones{"UTC0", "unset"}));
+    EXPECT_EQ(ZonesSetByNextSecond(), Zones{});
+
+    std::filesystem::rename("elsewhere", "zone");
+    EXPECT_EQ(ZonesSetByNextSecond(), (Zones{"UTC0", "unset"}));
+}
+
+TEST_F(SystemZoneTest, IsNotReadWhereTheVariableNamesAZone) {
+    setenv("TZ", "Europe/Rome", 1);
+    std::filesystem::remove("zone");
+
+    EXPECT_EQ(ZonesSetByNextSecond(), Zones{});
+    EXPECT_STREQ(std::getenv("TZ"), "Europe/Rome");
 }
 
 TEST_F(LocalTimeTest, LeavesTheZoneVariableAlone) {

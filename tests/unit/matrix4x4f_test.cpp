@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 #include <string>
 
 namespace {
@@ -307,6 +309,24 @@ TEST(Matrix4x4f, ScalarMultipliesEveryElement) {
     const matrix4x4f scaled = Counting(1) * 3.0F;
 
     for (std::size_t i = 0; i < 16; ++i) EXPECT_EQ(scaled.m[i], 3.0F * static_cast<float>(i + 1));
+}
+
+/// Returns whether a matrix that `make` returns leaves the memory behind it alone.
+template <typename Make>
+bool EndsInTime(const Make& make) {
+    constexpr float kUntouched = -77;
+    alignas(matrix4x4f) std::array<float, 24> memory{};
+    memory.fill(kUntouched);
+    new (memory.data()) matrix4x4f(make());  // made where it is, not copied there
+    return std::all_of(memory.begin() + 16, memory.end(), [](float number) { return number == kUntouched; });
+}
+
+TEST(Matrix4x4f, NoOperationWritesBehindTheMatrix) {
+    EXPECT_TRUE(EndsInTime([] { return matrix4x4f(); }));
+    EXPECT_TRUE(EndsInTime([] { return Counting(1) + Counting(2); }));
+    EXPECT_TRUE(EndsInTime([] { return Counting(1) - Counting(2); }));
+    EXPECT_TRUE(EndsInTime([] { return Counting(1) * Counting(2); }));
+    EXPECT_TRUE(EndsInTime([] { return Counting(1) * 2; }));
 }
 
 }  // namespace

@@ -14,6 +14,8 @@ TEST(OneLineOfTextTest, KeepsCharactersOfEveryLength) {
     const std::string text = "Perch\u00e9 no? 5 \u20ac, \u65e5\u672c, \U0001F989";
 
     EXPECT_EQ(OneLineOfText(text), text);
+    const std::string first_and_last = " ~\u00A0\u07FF\u0800\uD7FF\uE000\U00010000\U0010FFFD";
+    EXPECT_EQ(OneLineOfText(first_and_last), first_and_last);
 }
 
 TEST(OneLineOfTextTest, LeavesOutBytesThatAreNoUtf8AndKeepsWhatStandsAroundThem) {
@@ -31,7 +33,10 @@ TEST(OneLineOfTextTest, LeavesOutBytesThatAreNoUtf8AndKeepsWhatStandsAroundThem)
         {"a\xC0\xAFz", "az"},                        // longer than need be: '/'
         {"a\xE0\x80\xAFz", "az"},                    //
         {"a\xF0\x80\x80\xAFz", "az"},                //
-        {"a\xED\xA0\x80z", "az"},                    // a surrogate
+        {"a\xED\xA0\x80z", "az"},                    // the first surrogate
+        {"a\xED\xBF\xBFz", "az"},                    // the last
+        {"a\xC1\xBF\xE0\x9F\xBFz", "az"},            // the last characters that are longer than need be
+        {"a\xF0\x8F\xBF\xBFz", "az"},                //
         {"a\xF4\x90\x80\x80z", "az"},                // beyond the last code point
         {"a\xF8\x88\x80\x80\x80z", "az"},            // five bytes
         {"\xFF\xFE", ""},                            //

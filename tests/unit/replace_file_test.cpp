@@ -22,6 +22,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/unit/library_calls.h"
 #include "tests/unit/limit_process.h"
 #include "tests/unit/temporary_folder.h"
 
@@ -409,7 +410,122 @@ TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramPutInThePlaceOfOursIsNeitherRe
     EXPECT_EQ(ReadFile("file"), "old");
 }
 
+TEST_F(ReplaceFileTest, AFileOfAnotherOwnerOrGroupStaysTheirs) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    constexpr uid_t kNobody = 65534;
+    const std::pair<uid_t, gid_t> owners[] = {{kNobody, getegid()}, {geteuid(), kNobody}, {kNobody, kNobody}};
+    for (const auto& [user, group] : owners) {
+        WriteFile("file", "old");
+        ASSERT_EQ(chown("file", user, group), 0);
+
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+
+        struct stat status {};
+        ASSERT_EQ(stat("file", &status), 0);
+        EXPECT_EQ(status.st_uid, user);
+        EXPECT_EQ(status.st_gid, group);
+        EXPECT_EQ(ReadFile("file"), "new");
+        std::filesystem::remove("file");
+    }
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramLocksFirstIsNotWrittenTo) {
+    const FailingCall locks("flock", EWOULDBLOCK, 1, 2);  // of the new file, then of it as one left behind
+    int calls = 0;
+
+    EXPECT_EQ(ReplaceFile("file",
+                          [&](const OpenFile& file) {
+                              calls = locks.Calls();
+                              return file.Write("new", 3);
+                          }),
+              kNoError);
+
+    EXPECT_EQ(calls, 4) << "the last two clear the first file away and lock the second";
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatAnotherProgramRemovesMeanwhileIsNotInTheWay) {
+    WriteFile("file.new", "left behind");
+    {
+        const FailingCall removed_first("unlink", ENOENT, 1, 1);
+        EXPECT_EQ(Replace("file", "new"), kNoError);
+        EXPECT_EQ(removed_first.Calls(), 2);
+    }
+    const FailingCall was_there("open", EEXIST, 1, 1);
+    EXPECT_EQ(Replace("file", "newer"), kNoError);
+
+    EXPECT_EQ(ReadFile("file"), "newer");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, ANewFileThatCannotBeLookedAtIsNotTakenForOurs) {
+    WriteFile("file", "old");
+    for (const char* call : {"fstat", "lstat"}) {
+        const FailingCall look(call, EIO, 1, 1);  // right after it was locked
+        EXPECT_EQ(ReplaceFile("file", Writing("new")), kNoError) << call;
+        EXPECT_GT(look.Calls(), 2) << "it was made once more";
+    }
+    EXPECT_EQ(ReadFile("file"), "new");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, OnlyForRootIsItAnErrorThatAFileCannotBeGivenToItsOwner) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+    constexpr uid_t kNobody = 65534;
+    WriteFile("file", "old");
+    ASSERT_EQ(chown("file", kNobody, kNobody), 0);
+    const FailingCall give("fchown", EPERM);
+    EXPECT_EQ(Replace("file", "new"), SystemError(EPERM));
+    EXPECT_EQ(ReadFile("file"), "old");
+
+    ASSERT_EQ(chown("file", 0, 0), 0);
+    ASSERT_EQ(chmod(".", 0777), 0);
+    const NotRoot nobody;
+    ASSERT_TRUE(nobody.Works());
+    EXPECT_EQ(Replace("file", "new"), kNoError);
+    EXPECT_EQ(ReadFile("file"), "new");
+}
+
 // ---- Replacements that fail ----
+
+TEST_F(ReplaceFileTest, AFolderThatTakesTheFilesNameInTheLastMomentIsToldAsOne) {
+    const FailingCall taken("rename", EISDIR);
+
+    EXPECT_EQ(Replace("file", "new"), (ReplaceError{ReplaceReason::kFolder, EISDIR}));
+
+    EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(ReplaceFileTest, AFolderThatMayNotBeOpenedIsNotFlushedButAnyOtherFailureIsAnError) {
+    for (const int error : {EACCES, EPERM, EMFILE, EIO}) {
+        const FailingCall folder("open", error, 2, 1);  // after the new file
+        const bool harmless = error == EACCES || error == EPERM;
+        EXPECT_EQ(Replace("file", "new"), harmless ? kNoError : SystemError(error)) << error;
+    }
+}
+
+TEST_F(ReplaceFileTest, AFlushThatFailsIsAnErrorAndKeepsTheOldFileIfItIsThatOfTheNew) {
+    WriteFile("file", "old");
+    {
+        const FailingCall flush("fsync", EIO, 1, 1);
+        EXPECT_EQ(Replace("file", "new"), SystemError(EIO));
+    }
+    EXPECT_EQ(ReadFile("file"), "old");
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+
+    const FailingCall flush_of_folder("fsync", EIO, 2, 1);
+    EXPECT_EQ(Replace("file", "new"), SystemError(EIO));
+    EXPECT_EQ(ReadFile("file"), "new");
+}
+
+TEST_F(ReplaceFileTest, AFolderOfAFileSystemThatHasNoFlushForFoldersIsNoError) {
+    for (const int error : {EINVAL, EOPNOTSUPP, ENOSYS}) {
+        const FailingCall flush_of_folder("fsync", error, 2, 1);
+        EXPECT_EQ(Replace("file", "new"), kNoError) << error;
+        EXPECT_EQ(flush_of_folder.Calls(), 2);
+    }
+}
 
 TEST_F(ReplaceFileTest, TheWritersErrorIsReturnedAndKeepsTheOldFile) {
     WriteFile("file", "old");
@@ -575,6 +691,79 @@ TEST_F(ReplaceFileTest, SettingAsideInAFolderThatCannotBeLookedIntoFails) {
     WriteFile("file", "");
 
     EXPECT_EQ(Keep("file/inside"), SystemError(ENOTDIR));
+}
+
+// ---- Setting a file aside where there are no hard links ----
+
+TEST_F(ReplaceFileTest, WithoutHardLinksACopyIsSetAsideWhateverItsLength) {
+    const FailingCall no_links("link", EPERM);
+    for (const std::size_t bytes : {0, 1, 65535, 65536, 65537, 200'000}) {
+        SCOPED_TRACE(bytes);
+        std::string contents(bytes, '\0');
+        for (std::size_t i = 0; i < bytes; ++i) contents[i] = static_cast<char>(i * 31 / 7);
+        WriteFile("file", contents);
+        std::string kept_as;
+
+        EXPECT_EQ(SetAside("file", kept_as), kNoError);
+
+        EXPECT_EQ(kept_as, "file.bak");
+        EXPECT_EQ(ReadFile("file.bak"), contents);
+        EXPECT_EQ(ModeOf("file.bak"), 0600U);
+        EXPECT_FALSE(std::filesystem::equivalent("file", "file.bak"));
+        std::filesystem::remove("file.bak");
+    }
+}
+
+TEST_F(ReplaceFileTest, WithoutHardLinksANameThatIsTakenIsLeftAloneToo) {
+    const FailingCall no_links("link", EPERM);
+    WriteFile("file", "new");
+    WriteFile("file.bak", "another's");
+    std::string kept_as;
+
+    EXPECT_EQ(SetAside("file", kept_as), kNoError);
+
+    EXPECT_EQ(kept_as, "file.bak.1");
+    EXPECT_EQ(ReadFile("file.bak"), "another's");
+    EXPECT_EQ(ReadFile("file.bak.1"), "new");
+}
+
+TEST_F(ReplaceFileTest, WithoutHardLinksWhatIsNoRegularFileIsNotCopied) {
+    const FailingCall no_links("link", EPERM);
+    ASSERT_TRUE(MakeSpecial(S_IFIFO, "file"));
+
+    EXPECT_EQ(Keep("file"), (ReplaceError{ReplaceReason::kNotCopied, EPERM}));
+
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, AFileThatGetsShorterWhileItIsCopiedIsNotSetAside) {
+    const FailingCall no_links("link", EPERM);
+    WriteFile("file", std::string(100'000, 'x'));
+    const FailingCall no_more("read", 0, 2);
+
+    EXPECT_EQ(Keep("file"), (ReplaceError{ReplaceReason::kNotCopied, EPERM}));
+
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
+}
+
+TEST_F(ReplaceFileTest, NoPartOfACopyStaysWhereItFails) {
+    struct Case {
+        const char* call;
+        int number;
+    };
+    const FailingCall no_links("link", EPERM);
+    WriteFile("file", std::string(100'000, 'x'));
+    for (const auto& [call, number] : {Case{"fstat", 1}, Case{"read", 1}, Case{"read", 2}, Case{"fsync", 1},
+                                       Case{"fsync", 2}}) {  // of the copy, then of its folder
+        const FailingCall failing(call, EIO, number, 1);
+
+        EXPECT_EQ(Keep("file"), SystemError(EIO)) << call << " " << number;
+
+        EXPECT_EQ(folder_.Names(), (FileNames{"file"})) << call << " " << number;
+    }
+    const FileSizeLimit limit(70'000);
+    EXPECT_EQ(Keep("file"), SystemError(EFBIG));
+    EXPECT_EQ(folder_.Names(), (FileNames{"file"}));
 }
 
 }  // namespace

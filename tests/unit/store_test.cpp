@@ -20,6 +20,8 @@
 #include <vector>
 
 #include "tests/unit/calendar_fixture.h"
+#include "tests/unit/library_calls.h"
+#include "tests/unit/limit_memory.h"
 #include "tests/unit/limit_process.h"
 
 namespace {
@@ -467,6 +469,25 @@ TEST_F(StoreTest, APipeInTheFilesPlaceLoadsNothingAndDoesNotBlock) {
     EXPECT_TRUE(events.empty());
 }
 
+#ifndef __SANITIZE_ADDRESS__  // which ends the process itself where memory is short
+
+TEST_F(StoreTest, MoreEventsThanTheMemoryHoldsEndTheProgramWithALine) {
+    constexpr std::int32_t kCount = 1'000'000;
+    WriteFile("database.bin", Bytes().Int32(kCount).Get());
+    std::filesystem::resize_file("database.bin", 4 + kCount * std::uintmax_t{kRecord});  // a hole
+
+    EXPECT_EXIT(
+        {
+            LimitMemory(kGigabyte / 2);
+            LoadEvents();
+            std::_Exit(0);
+        },
+        testing::ExitedWithCode(1),
+        "^Ulmaro Assistant: non c'e' abbastanza memoria per gli eventi di \"database\\.bin\"\\.\n$");
+}
+
+#endif
+
 // ---- Setting damaged files aside ----
 
 /// The line that tells of a damaged file at start.
@@ -633,6 +654,24 @@ TEST_F(StoreTest, WhatWasAddedSinceJoinsTheEventsOfAFileThatIsReadAtLast) {
     EXPECT_EQ(events.size(), 4U) << "they join once";
 }
 
+TEST_F(StoreTest, AFileThatIsEmptiedWhileItIsReadIsDamaged) {
+    WriteFile("database.bin", Bytes().Int32(0).Get());
+    const FailingCall no_more("read", 0);
+
+    EXPECT_EQ(Load(), Damaged("database.bin.bak"));
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(StoreTest, ACallThatFailsWhileTheFileIsReadIsToldAndLoadsNothing) {
+    WriteFile("database.bin", ThreeRecords());
+    const std::pair<const char*, int> calls[] = {{"fstat", 1}, {"read", 1}, {"read", 2}};
+    for (const auto& [call, number] : calls) {
+        const FailingCall failing(call, EIO, number, 1);
+        EXPECT_EQ(Load(), Unread("il disco ha dato un errore")) << call << " " << number;
+        EXPECT_TRUE(events.empty());
+    }
+}
+
 TEST_F(StoreTest, AFileThatStaysUnreadableIsNotReplaced) {
     WriteFile("database.bin", ThreeRecords());
     ASSERT_EQ(chmod("database.bin", 0), 0);
@@ -692,6 +731,17 @@ TEST_F(StoreTest, WhatIsNoFileIsToldAtStartAndAgainWhenItIsNotReplaced) {
     std::filesystem::remove("database.bin");
     EXPECT_EQ(Save(), "");
     EXPECT_EQ(StoredNames(), (Names{"01"}));
+}
+
+TEST_F(StoreTest, ASocketWhichCannotEvenBeOpenedIsToldInTheSameWords) {
+    ASSERT_EQ(mknod("database.bin", S_IFSOCK | 0600, 0), 0);
+    constexpr char kNoFile[] = "al suo posto c'e' qualcosa che non e' un file normale";
+
+    EXPECT_EQ(Load(), Unread(kNoFile));
+    AddAppointments(1);
+    EXPECT_EQ(Save(), Complaint(kNoFile));
+
+    EXPECT_TRUE(std::filesystem::is_socket("database.bin"));
 }
 
 TEST_F(StoreTest, AFolderInTheFilesPlaceIsToldAtStart) {
@@ -1083,6 +1133,41 @@ TEST_F(StoreTest, AFailureForTheSameReasonIsNotToldAgainButAnotherIs) {
     for (int second = 500; second < 1000; ++second) said += RetryAt(second);
 
     EXPECT_EQ(said, Complaint("al suo posto c'e' una cartella"));
+}
+
+TEST_F(StoreTest, TheSameCallThatFailsOtherwiseIsToldAgainAndSoIsTheSameErrorOfAnotherStep) {
+    WriteFile("database.bin", ThreeRecords());
+    {
+        const FailingCall reading("read", EIO);
+        Load();
+        EXPECT_EQ(Save(), Complaint("prima devo leggerlo, ma il disco ha dato un errore"));
+    }
+    auto retry_failing = [second = 0.0](int error) mutable {
+        const FailingCall flush("fsync", error);
+        std::string said = RetryAt(second += 100);
+        return said + RetryAt(second += 100);
+    };
+    EXPECT_EQ(retry_failing(EIO), Complaint("il disco ha dato un errore")) << "of the flush, not of reading";
+    EXPECT_EQ(retry_failing(EIO), "");
+    EXPECT_EQ(retry_failing(ENOSPC), Complaint("il disco e' pieno"));
+}
+
+TEST_F(StoreTest, AFileThatShrinksWhileItIsReadIsDamagedAndItsOtherEventsAreFresh) {
+    WriteFile("database.bin", ThreeRecords());
+    const FailingCall no_more("read", 0, 2);
+
+    EXPECT_EQ(Load(), Damaged("database.bin.bak"));
+
+    ASSERT_EQ(events.size(), 3U);
+    for (const Event& event : events) ExpectFresh(event);
+}
+
+TEST_F(StoreTest, WhatMayNotBeReadIsToldAsThat) {
+    WriteFile("database.bin", ThreeRecords());
+    for (const int error : {EACCES, EPERM}) {
+        const FailingCall opening("open", error, 1, 1);
+        EXPECT_EQ(Load(), Unread("manca il permesso di leggerlo")) << error;
+    }
 }
 
 TEST_F(StoreTest, AFileThatCouldNotBeReadIsReadAndJoinedWhenTheSaveIsTriedAgain) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/unit/app_fixture.h"
+#include "tests/unit/library_calls.h"
 #include "tests/unit/limit_memory.h"
 
 namespace {
@@ -254,6 +255,17 @@ TEST_F(TexturesTest, TheFirstMissingFileIsTheOneNamed) {
     ExpectRefusal("sleep", "il file non c'e'");
 }
 
+TEST_F(TexturesTest, AFileThatIsRefusedMakesNoTexture) {
+    std::filesystem::remove("font");  // the first
+
+    EXPECT_EXIT(
+        {
+            std::atexit([] { std::fprintf(stderr, "%zu textures", fakes::Count("glGenTextures")); });
+            LoadTextures();
+        },
+        testing::ExitedWithCode(1), "\n0 textures$");
+}
+
 TEST_F(TexturesTest, AnEmptyFileIsTruncated) {
     PictureFolder::WriteBytes("hat", {});
 
@@ -278,6 +290,16 @@ TEST_F(TexturesTest, AFileShortByOneByteIsTruncated) {
     PictureFolder::Write("ic7", 2, 1, std::vector<std::uint8_t>(7));
 
     ExpectRefusal("ic7", "il file e' troncato");
+}
+
+TEST_F(TexturesTest, AFileThatShrinksOrCannotBeOpenedAfterAllIsRefused) {
+    PictureFolder::Write("longer", 2, 1, std::vector<std::uint8_t>(8));
+    PictureFolder::Write("hat", 2, 1, std::vector<std::uint8_t>(7));
+    const StandIn longer("hat", "longer");
+
+    ExpectRefusal("hat", "il file non si riesce a leggere");
+    std::filesystem::remove("hat");
+    ExpectRefusal("hat", "il file non si riesce ad aprire");
 }
 
 TEST_F(TexturesTest, BytesBehindThePixelsAreNotLookedAt) {

@@ -37,6 +37,8 @@ TEST(TypedText, TakesACombiningAccentForTheAccentedLetter) {
 TEST(TypedText, MakesABlankOfLineBreaks) {
     EXPECT_EQ(TypedText("a\r\nb\n\n\tc"), "a b c");
     EXPECT_EQ(TypedText("a  b"), "a  b");
+    for (const char* text : {"a\nb", "a\rb", "a\tb", "a\u2028b", "a\u2029b", "a\u2028\t\u2029\r\nb"})
+        EXPECT_EQ(TypedText(text), "a b") << text;
 }
 
 TEST(TypedText, WritesNoCharacterByHalf) {
@@ -58,6 +60,21 @@ TEST(IsUtf8, KnowsGoodFromBad) {
     for (const std::string bad : {"\xE8", "\xC3", "\xC0\x80", "\xE0\x80\x80", "\xED\xA0\x80",
                                   "\xF4\x90\x80\x80", "\xF0\x80\x80\x80", "\x80", "\xFF", "\xE2\x82"})
         EXPECT_FALSE(IsUtf8(bad));
+}
+
+TEST(IsUtf8, TakesTheFirstAndTheLastCharacterOfEachLengthAndNeitherShorterNorFurtherOnes) {
+    for (const std::string good : {"\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF",
+                                   "\xEE\x80\x80", "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(IsUtf8(good)) << testing::PrintToString(good);
+    for (const std::string bad : {"\x80", "\xBF", "\xC1\xBF", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
+                                  "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"})
+        EXPECT_FALSE(IsUtf8(bad)) << testing::PrintToString(bad);
+}
+
+TEST(IsUtf8, WantsEveryFurtherByteToBeOne) {
+    for (const std::string bad : {"\xC3(", "\xC3\xC3", "\xE2(\xAC", "\xE2\x82(", "\xE2\x82\xC0",
+                                  "\xF0(\x9F\xA6", "\xF0\x9F(\xA6", "\xF0\x9F\xA6("})
+        EXPECT_FALSE(IsUtf8(bad)) << testing::PrintToString(bad);
 }
 
 TEST(TypedAs, IsAsciiForEveryCharacter) {
