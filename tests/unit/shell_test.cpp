@@ -354,7 +354,6 @@ TEST_F(InitTest, SetsTheGlStateBeforeTheFirstPicture) {
         "glDepthFunc(GL_LEQUAL)",
         "glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_NICEST)",
         "glEnable(GL_TEXTURE_2D)",
-        "glGetIntegerv(GL_MAX_TEXTURE_SIZE)",  // how large a picture may be
         "glGenTextures(1)",
     }));
 }

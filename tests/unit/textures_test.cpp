@@ -255,17 +255,6 @@ TEST_F(TexturesTest, TheFirstMissingFileIsTheOneNamed) {
     ExpectRefusal("sleep", "il file non c'e'");
 }
 
-TEST_F(TexturesTest, AFileThatIsRefusedMakesNoTexture) {
-    std::filesystem::remove("font");  // the first
-
-    EXPECT_EXIT(
-        {
-            std::atexit([] { std::fprintf(stderr, "%zu textures", fakes::Count("glGenTextures")); });
-            LoadTextures();
-        },
-        testing::ExitedWithCode(1), "\n0 textures$");
-}
-
 TEST_F(TexturesTest, AnEmptyFileIsTruncated) {
     PictureFolder::WriteBytes("hat", {});
 
