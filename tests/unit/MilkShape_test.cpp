@@ -550,7 +550,7 @@ TEST_F(MilkShapeTest, RefusesWhatIsNoFile) {
 }
 
 TEST_F(MilkShapeTest, RefusesWhatCannotBeOpenedOrRead) {
-    WriteFile("file.ms3d", Bytes(TwoMeshes()));
+    WriteFile("file.ms3d", BytesOf(TwoMeshes()));
     MilkshapeModel model;
     {
         const FailingCall reading("read", EIO);

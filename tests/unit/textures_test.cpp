@@ -255,6 +255,20 @@ TEST_F(TexturesTest, TheFirstMissingFileIsTheOneNamed) {
     ExpectRefusal("sleep", "il file non c'e'");
 }
 
+TEST_F(TexturesTest, AFileThatIsRefusedLeavesNoTexture) {
+    std::filesystem::remove("font");  // the first
+
+    EXPECT_EXIT(
+        {
+            std::atexit([] {
+                std::fprintf(stderr, "%zu made, %zu deleted", fakes::Count("glGenTextures"),
+                             fakes::Count("glDeleteTextures"));
+            });
+            LoadTextures();
+        },
+        testing::ExitedWithCode(1), "\n1 made, 1 deleted$");
+}
+
 TEST_F(TexturesTest, AnEmptyFileIsTruncated) {
     PictureFolder::WriteBytes("hat", {});
 
