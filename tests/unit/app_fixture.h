@@ -107,8 +107,8 @@ class AppTest : public fakes::Test {
         ForgetStrokes();
         FillBank();
         character = CharacterState();
-        sleep_fx.reset();
-        smoke_fx.reset();
+        sleep_fx = ZelvarFX();
+        smoke_fx = ZelvarFX();
         std::fill(std::begin(AudioEngine.statics), std::end(AudioEngine.statics), Sound());
         mouse(0, 0);
         single_touch = touch_event = false;
