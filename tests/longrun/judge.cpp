@@ -68,6 +68,7 @@ double Judge::Waited(const desktop::Record& reminder) const {
 
 void Judge::SetEvents(const std::vector<desktop::Record>& events) {
     std::vector<Watched> watched;
+    watched.reserve(events.size());
     for (const desktop::Record& record : events) {
         watched.push_back({record, record.kind == desktop::kReminder ? Waited(record) : 0});
     }
