@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "fuzz/fuzzer.h"
+#include "tests/scratch.h"
 
 namespace {
 
@@ -72,7 +73,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: NAME_replay FOLDER\n");
         return 2;
     }
-    std::string own = std::filesystem::temp_directory_path() / "ulmaro-replay-XXXXXX";
+    std::string own = ScratchRoot() / "ulmaro-replay-XXXXXX";
     if (mkdtemp(own.data()) == nullptr) return 2;
     setenv("TMPDIR", own.c_str(), 1);
     for (const int number : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL}) std::signal(number, SayWhichInput);

@@ -331,6 +331,8 @@ void Program::OpenProbe() {
     if (record == MAP_FAILED) Fail("cannot map the probe's file");
     probe_ = static_cast<Probe*>(record);
     probe_->longest_step = start_.longest_step;
+    probe_->on_demand = start_.pixels_on_demand;
+    probe_->breath = static_cast<std::int64_t>(start_.breath * 1e9);
 }
 
 bool Program::Shown() const {
@@ -368,7 +370,20 @@ ScreenRect Program::Place() const {
     return place;
 }
 
+/// Has a whole frame drawn that begins now, where frames have pixels on demand.
+void Program::AwaitPixels() const {
+    if (!probe_->on_demand || !probe_->clock_in_hand) return;
+    const std::uint64_t goal = probe_->drawn + 2;  // one may be on its way
+    ++probe_->looking;
+    ++probe_->waiting;
+    const bool came = WaitUntil([&] { return probe_->drawn >= goal; }, 20);
+    --probe_->waiting;
+    --probe_->looking;
+    if (!came) Fail("the program draws no pixels");
+}
+
 Image Program::Look() const {
+    AwaitPixels();
     const ScreenRect place = Place();
     XImage* pixels = XGetImage(desktop_.Connection(), window_, 0, 0, static_cast<unsigned int>(place.width),
                                static_cast<unsigned int>(place.height), AllPlanes, ZPixmap);

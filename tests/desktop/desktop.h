@@ -151,6 +151,8 @@ struct Start {
     std::string program = ProgramUnderTest();             ///< the file that is run
     std::int64_t longest_step = kLongestStepNanoseconds;  ///< of a clock in hand, ns
     double patience = 1;  ///< how many times as long as usual its window, frames and events are waited for
+    bool pixels_on_demand = false;  ///< frames of a clock in hand have pixels for Look() only (probe.h)
+    double breath = 0;              ///< seconds that the program sleeps in each frame
 };
 
 /// The real program in its window.
@@ -287,6 +289,7 @@ class Program {
   private:
     void OpenProbe();
     void StartProcess();
+    void AwaitPixels() const;
 
     /// Waits as WaitUntil() does, while the program draws its frames without a rest.
     bool WaitInHaste(const std::function<bool()>& condition, double seconds);

@@ -21,7 +21,10 @@ class OnDesktop : public testing::Test {
     explicit OnDesktop(WindowManager manager = WindowManager::kOpenbox) : desk(manager) {}
 
     /// Starts the program; it runs until the test ends.
-    Program& Run(const Start& start = {}) { return program_.emplace(desk, start); }
+    Program& Run(Start start = {}) {
+        start.pixels_on_demand = true;
+        return program_.emplace(desk, start);
+    }
 
     void TearDown() override {
         if (!HasFailure() || !program_ || program_->Handle() == None) return;

@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "tests/desktop/process.h"
+#include "tests/scratch.h"
 
 namespace desktop {
 
@@ -18,7 +19,7 @@ namespace files = std::filesystem;
 
 // ---- Folder ----
 
-Folder::Folder() : path_((files::temp_directory_path() / "ulmaro-XXXXXX").string()) {
+Folder::Folder() : path_((ScratchRoot() / "ulmaro-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) Fail("cannot make " + path_);
 }
 

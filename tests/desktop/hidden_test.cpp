@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -130,10 +131,17 @@ Rates Measure(Program& program, double seconds) {
 }
 
 /// Measures a program that is shown, for some seconds each time, until it swaps that many frames a second, as
-/// it soon does on a machine that is not busy. Returns the last.
-Rates MeasureShown(Program& program, double seconds, double swaps) {
+/// it soon does on a machine that is not busy. Returns the last. Where a desktop is given its pointer moves
+/// before each further try: else a swap that was slow is not made again for long.
+Rates MeasureShown(Program& program, double seconds, double swaps, Desktop* desk = nullptr) {
     Rates rates = Measure(program, seconds);
-    for (int tries = 1; tries < 10 && rates.swaps <= swaps; ++tries) rates = Measure(program, seconds);
+    for (int tries = 1; tries < 10 && rates.swaps <= swaps; ++tries) {
+        if (desk != nullptr) {
+            desk->MovePointer({Desktop::kWidth - 1 - tries % 2, Desktop::kHeight - 1});
+            SleepSeconds(1.2);  // until the owl is at rest
+        }
+        rates = Measure(program, seconds);
+    }
     return rates;
 }
 
@@ -157,7 +165,7 @@ TEST_P(TheHiddenWindow, DrawsTenFramesASecondAndCostsLittle) {
     }
     Program& program = Run();
     SleepSeconds(0.7);  // the first frames
-    const Rates before = MeasureShown(program, 1, 15);
+    const Rates before = MeasureShown(program, 1, 15, &desk);
 
     Hide(program);
     SleepSeconds(0.7);  // the frames under way, and effects of the window manager
@@ -309,8 +317,10 @@ TEST_P(TheHiddenOwl, LivesOnAtTheSamePace) {
     program.SetClock(Clock::kRuns);
     Hide(program);
     SleepSeconds(kHiddenSeconds);
+    const std::uint64_t swaps = program.Swaps();
     Show(program);
-    program.WaitForFrames(2);
+    // While its clock stands the program would not look whether it is seen again.
+    ASSERT_TRUE(WaitUntil([&] { return program.Swaps() >= swaps + 2; }, 20)) << "the window shows no frames";
     program.SetClock(Clock::kInHand);
     program.WaitForFrames(2);
     std::optional<double> error = BreathError(program);

@@ -3,6 +3,7 @@
 
 #include "tests/desktop/notice_server.h"
 
+#include <poll.h>
 #include <systemd/sd-bus.h>
 
 #include <cstring>
@@ -85,6 +86,11 @@ NoticeServer::~NoticeServer() {
 void NoticeServer::Serve() {
     while (sd_bus_process(bus_, nullptr) > 0) {
     }
+}
+
+bool NoticeServer::AwaitUnread(double seconds) {
+    pollfd unread{sd_bus_get_fd(bus_), POLLIN, 0};
+    return poll(&unread, 1, static_cast<int>(seconds * 1000)) == 1;
 }
 
 bool NoticeServer::AwaitNotices(std::size_t count, double seconds) {

@@ -37,6 +37,9 @@ class NoticeServer {
     /// Takes in and answers what has come.
     void Serve();
 
+    /// Waits until something has come that is not taken in yet; returns whether it has within `seconds`.
+    bool AwaitUnread(double seconds = 5);
+
     /// Serves until that many notices have come; returns whether they have within `seconds`.
     bool AwaitNotices(std::size_t count, double seconds = 5);
 

@@ -96,7 +96,22 @@ class ThePace : public OnDesktop {
         SleepSeconds(seconds);
         return static_cast<double>(program.Swaps() - before) / (Now() - start);
     }
+
+    /// Does the same until there are more swaps per second than that, some times, because the machine may be
+    /// busy. A swap that was slow is not made again before the pointer moves. Returns the last.
+    double SwapsAtRestBeyond(const Program& program, double seconds, double swaps) {
+        double rate = SwapsAtRest(program, seconds);
+        for (int tries = 1; tries < 10 && rate <= swaps; ++tries) {
+            desk.MovePointer({Desktop::kWidth - 1 - tries % 2, Desktop::kHeight - 1});
+            SleepSeconds(1.2);  // until the owl is at rest
+            rate = SwapsAtRest(program, seconds);
+        }
+        return rate;
+    }
 };
+
+/// Swaps per second that no frame paced by a refresh reaches here.
+constexpr double kUnbound = 75;
 
 /// Returns how far a rate is from the wanted one, as a share of that.
 double Error(double rate, double wanted) {
@@ -108,17 +123,21 @@ TEST_F(ThePace, IsTheRefreshRateWhileThePointerMovesAndHalfOfItAtRest) {
     RefreshCounter refreshes(desk.Name());
     double moving_error = 1;
     double rest_error = 1;
-    // The best of some, because the machine may be busy.
-    for (int tries = 0; tries < 5 && (moving_error > 0.02 || rest_error > 0.02); ++tries) {
+    // Of both the best of some, because the machine may be busy.
+    for (int tries = 0; tries < 8 && moving_error > 0.02; ++tries) {
         refreshes.Begin();
         SwapsWhileThePointerMoves(program, 0.3);
         const double moving = SwapsWhileThePointerMoves(program, 3);
-        SleepSeconds(1.3);
+        const double rate = refreshes.PerSecond();
+        std::printf("%.1f refreshes/s; %.1f swaps/s while the pointer moves\n", rate, moving);
+        moving_error = std::min(moving_error, Error(moving, rate));
+    }
+    SleepSeconds(1.3);
+    for (int tries = 0; tries < 8 && rest_error > 0.02; ++tries) {
+        refreshes.Begin();
         const double rest = SwapsAtRest(program, 4);
         const double rate = refreshes.PerSecond();
-        std::printf("%.1f refreshes/s; %.1f swaps/s while the pointer moves, %.1f at rest\n", rate, moving,
-                    rest);
-        moving_error = std::min(moving_error, Error(moving, rate));
+        std::printf("%.1f refreshes/s; %.1f swaps/s at rest\n", rate, rest);
         rest_error = std::min(rest_error, Error(rest, rate / 2));
     }
 
@@ -130,7 +149,8 @@ TEST_F(ThePace, IsFullAgainAtTheFirstMovementAfterARest) {
     Program& program = Run();
     SleepSeconds(2);
     double rate = 0;
-    for (int tries = 0; tries < 3 && rate < 50; ++tries) {
+    // The best of some, because the machine may be busy.
+    for (int tries = 0; tries < 10 && rate < 50; ++tries) {
         SleepSeconds(1.2);
         desk.MovePointer({Desktop::kWidth / 2, Desktop::kHeight / 2});
         const ScreenRect place = program.Place();
@@ -147,10 +167,10 @@ TEST_F(ThePace, IsUnboundForMeasuring) {
     Program& program = Run(start);
     program.Resize({400, 300, 100, 100});  // cheap frames, also on a busy machine
 
-    const double rate = SwapsAtRest(program, 2);
+    const double rate = SwapsAtRestBeyond(program, 1, kUnbound);
 
     std::printf("%.1f swaps/s\n", rate);
-    EXPECT_GT(rate, 75);
+    EXPECT_GT(rate, kUnbound);
 }
 
 TEST_F(ThePace, NeedsNoWordOfRefreshes) {
@@ -160,13 +180,13 @@ TEST_F(ThePace, NeedsNoWordOfRefreshes) {
 
     program.Resize({400, 300, 100, 100});  // cheap frames, also on a busy machine
 
-    const double shown = SwapsAtRest(program, 1.5);
+    const double shown = SwapsAtRestBeyond(program, 1, kUnbound);
     program.Minimise();
     SleepSeconds(0.5);
     const double hidden = program.FramesPerSecond(1.5);
 
     std::printf("%.1f swaps/s, hidden %.1f frames/s\n", shown, hidden);
-    EXPECT_GT(shown, 75) << "nothing may wait: the extension is not hidden at all";
+    EXPECT_GT(shown, kUnbound) << "nothing may wait: the extension is not hidden at all";
     EXPECT_GE(hidden, 8);
     EXPECT_LE(hidden, 15);
     EXPECT_EQ(program.Said(), "");

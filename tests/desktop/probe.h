@@ -8,6 +8,10 @@
 // server, and it can take the program's monotonic clock in hand, so that a test moves the owl through minutes
 // in moments and measures an owl that holds still, and its dice, so that it asks the question wanted. The
 // clock on the wall is in a record of its own. Only the program's main thread sees these clocks.
+//
+// Nearly all of a test's processor time would go into the pixels of frames that nobody looks at. So a test
+// may have pixels drawn on demand: the program calls GL as ever in every frame, but while its clock is in
+// hand this touches no pixel, unless the test is about to look.
 #pragma once
 
 #include <atomic>
@@ -52,6 +56,10 @@ struct Probe {
     std::atomic<std::int64_t> longest_step;  ///< of a clock in hand, ns; written by the test
     std::atomic<std::int64_t> to_jump;       ///< by how much the clock jumps in the next frame, ns
     std::atomic<std::int32_t> waiting;  ///< the test waits for frames: those of a clock in hand take no rest
+    std::atomic<bool> on_demand;        ///< pixels are drawn on demand; written by the test
+    std::atomic<std::int32_t> looking;  ///< the test is about to look; written by it
+    std::atomic<std::uint64_t> drawn;   ///< swaps so far of frames with pixels; written by the library
+    std::atomic<std::int64_t> breath;   ///< the program sleeps so long in each frame, ns; written by the test
 };
 
 /// The environment variable with the path of the mapped file of the clock on the wall. Without it that clock

@@ -59,6 +59,14 @@ class TheSound : public OnDesktop {
         return sounds;
     }
 
+    /// Does the same after an answer. The offer of its question sounds first where the clicks to it take
+    /// long.
+    Sounds HeardOfAnAnswer() {
+        Sounds sounds = Heard();
+        if (sounds.size() > 1 && sounds.front() == "question.wav") sounds.erase(sounds.begin());
+        return sounds;
+    }
+
     /// Returns the loudest sample of the last second played.
     float LoudestOfTheLastSecond() {
         const Waveform played = recorder_.Played();
@@ -106,7 +114,7 @@ TEST_F(TheSound, IsGladOfARightAnswer) {
 
     Answer(questions[0].right_answer, 0);
 
-    EXPECT_EQ(Heard(), (Sounds{"right.wav"}));
+    EXPECT_EQ(HeardOfAnAnswer(), (Sounds{"right.wav"}));
 }
 
 TEST_F(TheSound, LaughsOrIsDisappointedByAWrongAnswer) {
@@ -117,7 +125,7 @@ TEST_F(TheSound, LaughsOrIsDisappointedByAWrongAnswer) {
     for (int draw = 0; draw < 4; ++draw) {
         Answer((questions[0].right_answer + 1) % 4, draw);
 
-        EXPECT_EQ(Heard(), Sounds{expected[static_cast<std::size_t>(draw)]});
+        EXPECT_EQ(HeardOfAnAnswer(), Sounds{expected[static_cast<std::size_t>(draw)]});
     }
 }
 

@@ -17,6 +17,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "tests/scratch.h"
+
 namespace store {
 
 namespace files = std::filesystem;
@@ -34,9 +36,7 @@ std::string FileBytes(int version) {
 namespace {
 
 files::path PathOf(Place place) {
-    const char* memory = "/dev/shm";
-    const bool writable = access(memory, W_OK) == 0;
-    return place == Place::kMemory && writable ? files::path(memory) : files::temp_directory_path();
+    return place == Place::kMemory ? ScratchRoot() : files::temp_directory_path();
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ check=$(realpath "$1")
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-tree=$scratch/tree
+tree=$scratch/clean
 
 fail() { echo "FAILED: $1" >&2; exit 1; }
 # source_file FILE LINE...: writes a C++ file of the tree: the two SPDX lines and those lines.
@@ -20,9 +20,8 @@ source_file() {
   mkdir -p "${file%/*}"
   printf '%s\n' '// SPDX-FileCopyrightText: 2026 Somebody' '// SPDX-License-Identifier: MIT' '' "$@" >"$file"
 }
-# clean_tree: starts anew with a tree that has no mistake, only some things that look like one.
-clean_tree() {
-  rm -rf "$tree"
+# make_clean_tree: makes a tree that has no mistake, only some things that look like one.
+make_clean_tree() {
   source_file engine/text.h '#include <string>' '#include <GL/gl.h>'
   source_file engine/text.cpp '#include "engine/text.h"'
   source_file app/menu.h '#include "engine/text.h"' '// #include "app/frame.h"'
@@ -37,6 +36,11 @@ clean_tree() {
   printf '%s\n' '# SPDX-FileCopyrightText: 2026 Somebody' '# SPDX-License-Identifier: MIT' >"$tree/CMakeLists.txt"
   echo 'No source.' >"$tree/README.md"
 }
+# clean_tree: starts anew with a copy of it.
+clean_tree() {
+  rm -rf "$scratch/tree"
+  cp -r "$scratch/clean" "$scratch/tree"
+}
 # expect WHAT LINE...: the check ends with status 1 and just those lines; without a line, with 0.
 expect() {
   local what=$1 status=0 wanted=0 said
@@ -47,6 +51,8 @@ expect() {
   [ "$status" = "$wanted" ] || fail "$what: status $status"
 }
 
+make_clean_tree
+tree=$scratch/tree
 clean_tree
 expect 'a clean tree'
 

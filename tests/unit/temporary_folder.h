@@ -12,11 +12,13 @@
 #include <string>
 #include <vector>
 
+#include "tests/scratch.h"
+
 /// An empty temporary folder that is the current directory from its making to its end; afterwards it is gone.
 class TemporaryFolder {
   public:
     TemporaryFolder() : came_from_(std::filesystem::current_path()) {
-        std::string pattern = std::filesystem::temp_directory_path() / "ulmaro-test-XXXXXX";
+        std::string pattern = ScratchRoot() / "ulmaro-test-XXXXXX";
         path_ = mkdtemp(pattern.data());
         std::filesystem::current_path(path_);
     }
