@@ -192,6 +192,19 @@ TEST_F(SegmentTriangle, IsNotHitByASegmentInItsPlane) {
     EXPECT_TRUE(std::isnan(hit_.x));
 }
 
+TEST(GetIntersectionBetweenSegmentTriangle, StillHitsWhereTheAreasAreExactlyOnePerCentMore) {
+    const vector3f a(0, 0, 0);
+    const vector3f b(12, 0, 0);
+    const vector3f c(18, 8, 0);
+    const auto hits = [&](float y) {
+        vector3f hit;
+        return GetIntersectionBetweenSegmentTriangle(a, b, c, vector3f(8, y, 1), vector3f(8, y, -1), hit);
+    };
+
+    EXPECT_TRUE(hits(-0.0400390625F)) << "where both are equal to the last bit";
+    EXPECT_FALSE(hits(-0.0401F));
+}
+
 TEST(GetIntersectionBetweenSegmentTriangle, HitsAnObliqueTriangleWhereTheParametersSay) {
     // No component of anything is 0, nor are two alike.
     const vector3f a(1, 2, 3);

@@ -25,6 +25,12 @@ class InputTest : public AppTest {
 
 // ---- Pointer and click ----
 
+TEST(InputStartTest, NothingIsTouchedAtFirst) {
+    ExpectInFreshProcess([] {
+        return press_time == 0 && touch_coord_x == 0 && touch_coord_y == 0 && !single_touch && !touch_event;
+    });
+}
+
 TEST_F(InputTest, MotionWritesDownThePlaceInWindowPixels) {
     mouse(17, 240);
 

@@ -177,6 +177,12 @@ ssize_t read(int file, void* buffer, size_t bytes) {
     return original(file, buffer, bytes);
 }
 
+ssize_t write(int file, const void* buffer, size_t bytes) {
+    if (Fails("write")) return Failure();
+    static const auto original = Original<decltype(&write)>("write");
+    return original(file, buffer, bytes);
+}
+
 void tzset() noexcept {
     if (zones_set != nullptr) zones_set->Note();
     static const auto original = Original<decltype(&tzset)>("tzset");

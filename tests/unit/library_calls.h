@@ -10,7 +10,8 @@
 #include <vector>
 
 /// Lets calls of one function fail, while it exists: close (which closes all the same), fcntl (where it
-/// duplicates a descriptor), fchown, fdopen, flock, fstat, fsync, link, lstat, open, read, rename or unlink.
+/// duplicates a descriptor), fchown, fdopen, flock, fstat, fsync, link, lstat, open, read, rename, unlink or
+/// write.
 class FailingCall {
   public:
     /// The calls from number `first` on fail with an errno, so many `times`. With the errno 0 they return 0

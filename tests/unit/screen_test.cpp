@@ -149,6 +149,12 @@ TEST_F(RenderParticleTest, WithoutRollFacesTheViewerInItsOwnMatrix) {
     EXPECT_EQ(fakes::gl().modelview, std::vector<fakes::Mat4>{fakes::Identity()});
 }
 
+TEST_F(RenderParticleTest, HasANormalTowardsTheViewer) {
+    RenderParticle(4, false);
+
+    EXPECT_EQ(fakes::Lines({"glNormal3f"}), (std::vector<std::string>{"glNormal3f(0, 0, 1)"}));
+}
+
 TEST_F(RenderParticleTest, WithRollTurnsByARandomWholeDegreeAfterItFacesTheViewer) {
     fakes::world().rand_values = {360 * 5 + 42};
 

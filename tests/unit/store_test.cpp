@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -203,6 +204,19 @@ TEST_F(StoreTest, SavesMoreEventsThanOneReadTakes) {
     LoadEvents();
 
     EXPECT_EQ(NamesOf(events), before);
+}
+
+TEST_F(StoreTest, AtMost256EventsAreReadOrWrittenAtOnce) {
+    AddAppointments(513);
+    {
+        const FailingCall writes("write", 0, INT_MAX);  // counted only
+        SaveEvents();
+        EXPECT_EQ(writes.Calls(), 3);
+    }
+    const FailingCall reads("read", 0, INT_MAX);
+    LoadEvents();
+    EXPECT_EQ(events.size(), 513U);
+    EXPECT_EQ(reads.Calls(), 1 + 3) << "first that of the number";
 }
 
 TEST_F(StoreTest, SaysNothingWhenItSaves) {

@@ -180,6 +180,19 @@ TEST_F(WatchFramesTest, TheFirstFrameThatGlutDrawsAgainIsShown) {
     EXPECT_EQ(frames_drawn, 2);
 }
 
+TEST(WindowStartTest, NothingHasHappenedBeforeTheFirstFrame) {
+    const WindowState state;
+
+    EXPECT_EQ(state.frame_begin, 0U);
+    EXPECT_EQ(state.last_frame, 0U);
+    EXPECT_EQ(state.swap_again, 0U);
+    EXPECT_EQ(state.last_activity, 0U);
+    EXPECT_EQ(state.processor, 0U);
+    EXPECT_EQ(state.frame_cost, 0);
+    EXPECT_FALSE(state.active);
+    EXPECT_FALSE(state.unsaved);
+}
+
 TEST(WindowStartTest, TheFirstFrameOfAWindowThatIsHiddenFromTheStartWaitsForNothing) {
     ExpectInFreshProcess([] {
         SetFrame(DrawFrame);
@@ -683,6 +696,16 @@ TEST_F(RestTest, WithALateRefreshTheSecondIsNotWaitedFor) {
 
     EXPECT_EQ(fakes::Count("AwaitRefresh"), 1U);
     EXPECT_EQ(fakes::Count("glutSwapBuffers"), 0U);
+}
+
+TEST_F(RestTest, ADesktopThatNoLongerTellsOfRefreshesIsNotWaitedForAgain) {
+    draw = [] { fakes::desktop().tells_of_refreshes = false; };
+
+    Round();
+
+    EXPECT_EQ(Passed(), 16);
+    EXPECT_EQ(fakes::Count("AwaitRefresh"), 1U);
+    EXPECT_EQ(fakes::Count("glutSwapBuffers"), 1U);
 }
 
 TEST_F(RestTest, NobodyRestsBeforeTheTimeOfARefreshIsKnown) {
