@@ -114,12 +114,10 @@ const char* ReadRawImage(const char* path, RawImage& image) try {
     return "la memoria non basta";
 }
 
-/// Makes a texture from a raw file; `name` is written only when the picture is whole. The image's memory
-/// serves the next picture too.
+/// Makes a texture from a raw file. The image's memory serves the next picture too.
 void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& image) {
-    GLuint texture = 0;
-    glGenTextures(1, &texture);
-    glBindTexture(GL_TEXTURE_2D, texture);
+    glGenTextures(1, &name);
+    glBindTexture(GL_TEXTURE_2D, name);
     if (wrap == Wrap::kClamp) {
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
@@ -128,13 +126,12 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& i
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
 
     if (const char* reason = ReadRawImage(path, image)) {
-        glDeleteTextures(1, &texture);
+        glDeleteTextures(1, &name);
         std::fprintf(stderr, "Ulmaro Assistant: non riesco a usare l'immagine \"%s\": %s.\n", path, reason);
         std::exit(EXIT_FAILURE);
     }
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, static_cast<GLsizei>(image.width),
                  static_cast<GLsizei>(image.height), 0, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
-    name = texture;
 }
 
 void LoadIcons(RawImage& image) {
