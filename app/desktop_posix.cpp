@@ -22,8 +22,10 @@ std::uint64_t Nanoseconds(clockid_t clock) {
 /// Returns the text as one word of a shell command, whatever characters it has.
 std::string ShellQuoted(const char* text) {
     std::string quoted = "'";
-    for (const char* c = text; *c != '\0'; ++c)
-        quoted += *c == '\'' ? std::string("'\\''") : std::string(1, *c);
+    for (const char* c = text; *c != '\0'; ++c) {
+        if (*c == '\'') quoted += "'\\'";
+        quoted += *c;
+    }
     return quoted + "'";
 }
 

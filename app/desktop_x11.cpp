@@ -40,8 +40,9 @@ Display* WindowConnection() {
 /// Returns whether the GLX of the window's screen names an extension.
 bool HasGlxExtension(Display* display, const char* name) {
     const char* names = glXQueryExtensionsString(display, DefaultScreen(display));
-    return names != nullptr &&
-           (" " + std::string(names) + " ").find(" " + std::string(name) + " ") != std::string::npos;
+    if (names == nullptr) return false;
+    const std::string all = " " + std::string(names) + " ";
+    return all.find(" " + std::string(name) + " ") != std::string::npos;
 }
 
 template <typename Function>

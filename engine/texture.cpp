@@ -17,6 +17,11 @@
 
 namespace {
 
+/// Reads a bitmap; returns whether that worked.
+bool Read(const char* file, BMPClass& image) {
+    return BMPLoad(file, image) == 0;
+}
+
 std::int64_t Pixels(const BMPClass& image) {
     return std::int64_t{image.width} * image.height;
 }
@@ -65,7 +70,7 @@ std::vector<unsigned char> Combine(const BMPClass& color, const BMPClass& alpha)
 bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) try {
     BMPClass image;
     // gluBuild2DMipmaps counts bytes in an int and crashes if that overflows.
-    if (BMPLoad(file, image) != 0 || Pixels(image) > INT_MAX / 3) return false;
+    if (!Read(file, image) || Pixels(image) > INT_MAX / 3) return false;
     MakeTexture(texture, GL_NEAREST, mipmap_filter ? GL_LINEAR_MIPMAP_NEAREST : GL_NEAREST);
     BuildMipmaps(image);
     return true;
@@ -76,7 +81,7 @@ bool LoadTexture(unsigned int* texture, const char* file, bool mipmap_filter) tr
 bool LoadTextureAlpha(unsigned int* texture, const char* color_file, const char* alpha_file) try {
     BMPClass color;
     BMPClass alpha;
-    if (BMPLoad(color_file, color) != 0 || BMPLoad(alpha_file, alpha) != 0) return false;
+    if (!Read(color_file, color) || !Read(alpha_file, alpha)) return false;
     if (Pixels(alpha) < Pixels(color) || !IsTaken(color)) return false;
     const std::vector<unsigned char> texels = Combine(color, alpha);
     MakeTexture(texture, GL_LINEAR, GL_LINEAR);
