@@ -656,6 +656,21 @@ TEST_F(ReplaceFileTest, AFileThatIsSetAsideAlreadyGetsNoThirdName) {
     EXPECT_EQ(folder_.Names(), (FileNames{"file", "file.bak", "file.bak.1"}));
 }
 
+TEST_F(ReplaceFileTest, ANameThatCannotBeLookedAtIsNoSecondNameOfIt) {
+    WriteFile("file", "old");
+    for (const int look : {2, 3}) {  // at the file, at the name; the first finds out what there is to keep
+        std::filesystem::create_hard_link("file", "file.bak");
+        const FailingCall failing("lstat", EIO, look, 1);
+        std::string kept_as;
+
+        EXPECT_EQ(SetAside("file", kept_as), kNoError);
+
+        EXPECT_EQ(kept_as, "file.bak.1") << look;
+        std::filesystem::remove("file.bak");
+        std::filesystem::remove("file.bak.1");
+    }
+}
+
 TEST_F(ReplaceFileTest, ALinkToTheFileIsNoSecondNameOfIt) {
     WriteFile("file", "damaged");
     std::filesystem::create_symlink("file", "file.bak");

@@ -53,6 +53,17 @@ TEST_F(TypingTest, IsListenedToByGlutsKeyboardCallback) {
     EXPECT_EQ(fakes::desktop().composed, &TypeComposed);
 }
 
+TEST_F(TypingTest, NothingIsDeliveredBeforeTypingIsListenedTo) {
+    TypeCode('a');
+    listening_to_typing = false;
+    DeliverTyping(10);
+    EXPECT_FALSE(key_state['a']);
+
+    listening_to_typing = true;
+    DeliverTyping(10);
+    EXPECT_TRUE(key_state['a']) << "it has waited";
+}
+
 TEST_F(TypingTest, EachCharacterIsActivityAlsoOneThatTypesNothing) {
     for (const int code : {97, 8, 127, 0xE0, 27, 0xFF}) {
         window.active = false;

@@ -698,6 +698,16 @@ TEST_F(RestTest, WithALateRefreshTheSecondIsNotWaitedFor) {
     EXPECT_EQ(fakes::Count("glutSwapBuffers"), 0U);
 }
 
+TEST_F(RestTest, ADesktopThatNoLongerTellsOfRefreshesIsNotWaitedForAgain) {
+    draw = [] { fakes::desktop().tells_of_refreshes = false; };
+
+    Round();
+
+    EXPECT_EQ(Passed(), 16);
+    EXPECT_EQ(fakes::Count("AwaitRefresh"), 1U);
+    EXPECT_EQ(fakes::Count("glutSwapBuffers"), 1U);
+}
+
 TEST_F(RestTest, NobodyRestsBeforeTheTimeOfARefreshIsKnown) {
     fakes::desktop().refresh_period = 0;
 
