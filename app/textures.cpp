@@ -114,7 +114,8 @@ const char* ReadRawImage(const char* path, RawImage& image) try {
     return "la memoria non basta";
 }
 
-/// Makes a texture from a raw file. The image's memory serves the next picture too.
+/// Makes a texture from a raw file; a picture that cannot be used leaves none. The image's memory serves the
+/// next picture too.
 void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& image) {
     glGenTextures(1, &name);
     glBindTexture(GL_TEXTURE_2D, name);
@@ -127,6 +128,7 @@ void LoadRawTexture(const char* path, unsigned int& name, Wrap wrap, RawImage& i
 
     if (const char* reason = ReadRawImage(path, image)) {
         glDeleteTextures(1, &name);
+        name = 0;
         std::fprintf(stderr, "Ulmaro Assistant: non riesco a usare l'immagine \"%s\": %s.\n", path, reason);
         std::exit(EXIT_FAILURE);
     }

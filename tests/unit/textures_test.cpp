@@ -261,12 +261,12 @@ TEST_F(TexturesTest, AFileThatIsRefusedLeavesNoTexture) {
     EXPECT_EXIT(
         {
             std::atexit([] {
-                std::fprintf(stderr, "%zu made, %zu deleted", fakes::Count("glGenTextures"),
-                             fakes::Count("glDeleteTextures"));
+                std::fprintf(stderr, "%zu made, %zu deleted, named %u", fakes::Count("glGenTextures"),
+                             fakes::Count("glDeleteTextures"), font);
             });
             LoadTextures();
         },
-        testing::ExitedWithCode(1), "\n1 made, 1 deleted$");
+        testing::ExitedWithCode(1), "\n1 made, 1 deleted, named 0$");
 }
 
 TEST_F(TexturesTest, AnEmptyFileIsTruncated) {
