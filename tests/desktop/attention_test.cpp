@@ -393,19 +393,20 @@ class TheFailingServer : public WithAClock {
         return program;
     }
 
-    /// Lets events fall due and pass, and expects that no frame is longer for it. The best of some rounds,
-    /// because the machine may be busy.
+    /// Lets events fall due and pass, and expects that no frame is longer for it. Of each the best of some
+    /// rounds, because the machine may be busy.
     void ExpectNoLongFrame(Program& program) {
+        const char* const times[] = {kAMinuteLater, "2031-03-12 08:01:30", kEight};
         double usual = kNever;
+        double longest_after[] = {2 * kNever, 2 * kNever, 2 * kNever};
         double longest = 2 * kNever;
         for (int round = 0; round < 8 && longest > usual + kLongest; ++round) {
             usual = std::min(usual, LongestFrame(program, 0.7));
-            double longest_now = 0;
-            for (const char* time : {kAMinuteLater, "2031-03-12 08:01:30", kEight}) {
-                clock.Set(time);
-                longest_now = std::max(longest_now, LongestFrame(program, 0.7));
+            for (std::size_t i = 0; i < std::size(times); ++i) {
+                clock.Set(times[i]);
+                longest_after[i] = std::min(longest_after[i], LongestFrame(program, 0.7));
             }
-            longest = std::min(longest, longest_now);
+            longest = *std::max_element(std::begin(longest_after), std::end(longest_after));
         }
         std::printf("longest frame %.1f ms, usual %.1f ms\n", 1000 * longest, 1000 * usual);
         EXPECT_LE(longest, usual + kLongest) << "seconds";

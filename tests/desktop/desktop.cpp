@@ -77,6 +77,14 @@ void Desktop::MovePointer(ScreenPoint point) {
     XSync(connection_, False);
 }
 
+void Desktop::TouchWindow(const ScreenRect& place) {
+    for (const int step : {0, 1}) {
+        MovePointer({place.x + place.width / 2 + step, place.y + place.height / 2});
+        SleepSeconds(0.05);
+    }
+    MovePointer({kWidth - 1, kHeight - 1});
+}
+
 void Desktop::AwaitWindowManager() {
     if (manager_ == WindowManager::kNone) return;
     const Window root = DefaultRootWindow(connection_);

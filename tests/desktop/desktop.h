@@ -88,6 +88,9 @@ class Desktop {
     /// Puts the pointer on a point of the screen.
     void MovePointer(ScreenPoint point);
 
+    /// Moves the pointer over a window at that place for a moment, and back into the corner.
+    void TouchWindow(const ScreenRect& place);
+
     /// Presses or releases a mouse button (1 is the left one) where the pointer stands. The window manager,
     /// which sees a press first, has passed it on then.
     void Button(unsigned int button, bool down);

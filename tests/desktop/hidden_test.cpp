@@ -131,13 +131,13 @@ Rates Measure(Program& program, double seconds) {
 }
 
 /// Measures a program that is shown, for some seconds each time, until it swaps that many frames a second, as
-/// it soon does on a machine that is not busy. Returns the last. Where a desktop is given its pointer moves
-/// before each further try: else a swap that was slow is not made again for long.
+/// it soon does on a machine that is not busy. Returns the last. Where a desktop is given the window is
+/// touched before each further try: else a swap that was slow is not made again for long.
 Rates MeasureShown(Program& program, double seconds, double swaps, Desktop* desk = nullptr) {
     Rates rates = Measure(program, seconds);
     for (int tries = 1; tries < 10 && rates.swaps <= swaps; ++tries) {
         if (desk != nullptr) {
-            desk->MovePointer({Desktop::kWidth - 1 - tries % 2, Desktop::kHeight - 1});
+            desk->TouchWindow(program.Place());
             SleepSeconds(1.2);  // until the owl is at rest
         }
         rates = Measure(program, seconds);
@@ -169,7 +169,9 @@ TEST_P(TheHiddenWindow, DrawsTenFramesASecondAndCostsLittle) {
 
     Hide(program);
     SleepSeconds(0.7);  // the frames under way, and effects of the window manager
-    const Rates hidden = Measure(program, 2.5);
+    // The best of some, because the machine may be busy.
+    Rates hidden = Measure(program, 2.5);
+    for (int tries = 1; tries < 5 && hidden.frames < 8; ++tries) hidden = Measure(program, 2.5);
     double back = RateWhenShownAgain(program);
     // The best of some, because the machine may be busy.
     for (int tries = 0; tries < 10 && back < 0.7 * before.swaps; ++tries) {
