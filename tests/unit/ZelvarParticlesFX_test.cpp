@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "tests/fakes/fakes.h"
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 namespace {
 

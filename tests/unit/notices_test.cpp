@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tests/unit/calendar_fixture.h"
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "engine/random.h"
 #include "tests/fakes/fakes.h"
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <ostream>
 #include <type_traits>
 
-#include "tests/unit/special_floats.h"
+#include "tests/unit/nonfinite_floats.h"
 
 // Shows a vector in a failed expectation.
 static void PrintTo(const vector3f& v, std::ostream* out) {
