@@ -177,10 +177,15 @@ TEST_F(TheWindow, TakesKeysAndClicksBesideTheMenuWithoutHarm) {
 
 // ---- Options ----
 
-TEST_F(TheWindow, TakesASizeAndAPlace) {
+/// Returns the start with "-geometry" and that.
+Start WithGeometry(const std::string& geometry) {
     Start start;
-    start.options = {"-geometry", "200x200+10+10"};
-    const ScreenRect place = Run(start).Place();
+    start.options = {"-geometry", geometry};
+    return start;
+}
+
+TEST_F(TheWindow, TakesASizeAndAPlace) {
+    const ScreenRect place = Run(WithGeometry("200x200+10+10")).Place();
 
     EXPECT_EQ(place.width, 200);
     EXPECT_EQ(place.height, 200);
@@ -189,9 +194,7 @@ TEST_F(TheWindow, TakesASizeAndAPlace) {
 }
 
 TEST_F(TheWindow, TakesAPlaceAlone) {
-    Start start;
-    start.options = {"-geometry", "+10+10"};
-    const ScreenRect place = Run(start).Place();
+    const ScreenRect place = Run(WithGeometry("+10+10")).Place();
 
     EXPECT_EQ(place.width, 300);
     EXPECT_EQ(place.height, 300);
@@ -199,42 +202,29 @@ TEST_F(TheWindow, TakesAPlaceAlone) {
     EXPECT_NEAR(place.y, 10, 40);
 }
 
-TEST_F(TheWindow, SaysInOneLineThatAGeometryIsWrong) {
-    Start start;
-    start.options = {"-geometry", "foo"};
-    start.wait_for_window = false;
-    Program& program = Run(start);
-
-    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
-    EXPECT_EQ(program.Said(),
-              "Ulmaro Assistant: \"foo\" non e' una posizione o una dimensione della finestra: scrivi per "
-              "esempio -geometry 300x300+10+10.\n");
-}
-
-class TheWrongGeometry : public OnDesktop, public testing::WithParamInterface<const char*> {};
-
-TEST_P(TheWrongGeometry, EndsTheProgramWithOneLine) {
-    Start start;
-    start.options = {"-geometry", GetParam()};
-    start.wait_for_window = false;
-    Program& program = Run(start);
-
-    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
-    EXPECT_EQ(program.Said().find(std::string("Ulmaro Assistant: \"") + GetParam() + "\" non e'"), 0U)
-        << program.Said();
-}
-
-INSTANTIATE_TEST_SUITE_P(Forms, TheWrongGeometry, testing::Values("0x300", "300x0", "x300", "300x300+10"),
-                         [](const auto& test) { return "Form" + std::to_string(test.index); });
-
 TEST_F(TheWindow, TakesASizeAlone) {
-    Start start;
-    start.options = {"-geometry", "200x250"};
-    const ScreenRect place = Run(start).Place();
+    const ScreenRect place = Run(WithGeometry("200x250")).Place();
 
     EXPECT_EQ(place.width, 200);
     EXPECT_EQ(place.height, 250);
 }
+
+class TheWrongGeometry : public OnDesktop, public testing::WithParamInterface<const char*> {};
+
+TEST_P(TheWrongGeometry, IsSaidInOneLineThatEndsTheProgram) {
+    Start start = WithGeometry(GetParam());
+    start.wait_for_window = false;
+    Program& program = Run(start);
+
+    EXPECT_EQ(program.Child().WaitForEnd(10), 1);
+    EXPECT_EQ(program.Said(), std::string("Ulmaro Assistant: \"") + GetParam() +
+                                  "\" non e' una posizione o una dimensione della finestra: scrivi per "
+                                  "esempio -geometry 300x300+10+10.\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, TheWrongGeometry,
+                         testing::Values("foo", "0x300", "300x0", "x300", "300x300+10"),
+                         [](const auto& test) { return "Form" + std::to_string(test.index); });
 
 // ---- Files ----
 
